@@ -1,0 +1,29 @@
+#pragma once
+// The modifier keys held down, whichever program has the focus.
+
+#include "Karto/Platform/Registration.h"
+
+#include <cstdint>
+#include <functional>
+
+namespace karto {
+
+// Bits of the keys held (KeyCodes.h names them). Lock keys are not among them.
+struct ModifierFlags {
+    std::uint32_t bits = 0;
+
+    bool operator==(const ModifierFlags&) const = default;
+};
+
+class ModifierEvents {
+public:
+    virtual ~ModifierEvents() = default;
+
+    // Reports the whole set after every change. Empty when the set cannot be watched.
+    virtual Registration observe(std::function<void(ModifierFlags)> onChange) = 0;
+
+    // The keys held now.
+    virtual ModifierFlags held() = 0;
+};
+
+} // namespace karto

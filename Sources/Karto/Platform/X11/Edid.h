@@ -1,0 +1,14 @@
+#pragma once
+// What a monitor says of itself.
+
+#include <cstdint>
+#include <optional>
+#include <span>
+#include <string>
+
+namespace karto::x11 {
+
+// The product name in a monitor's EDID block; absent when it names none.
+std::optional<std::string> productName(std::span<const std::uint8_t> edid);
+
+} // namespace karto::x11
