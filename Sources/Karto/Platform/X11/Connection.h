@@ -1,0 +1,145 @@
+#pragma once
+// The program's own connection to the X server, apart from the toolkit's.
+// Requests are sent in flights and their replies collected against one deadline, so that nothing ever blocks
+// longer than a bound. Events that arrive meanwhile are kept and handed out from the event loop, in order.
+
+#include "Karto/Platform/DescriptorWatch.h"
+#include "Karto/Platform/Registration.h"
+#include "Karto/Platform/Scheduler.h"
+#include "Karto/Platform/WeakCallbacks.h"
+#include "Karto/Platform/X11/Atoms.h"
+#include "Karto/Platform/X11/Reply.h"
+
+#include <xcb/xcb.h>
+
+#include <array>
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <deque>
+#include <expected>
+#include <functional>
+#include <map>
+#include <memory>
+#include <optional>
+#include <span>
+#include <string>
+#include <vector>
+
+namespace karto::x11 {
+
+using Deadline = std::chrono::steady_clock::time_point;
+
+// A request that the server has not answered by then counts as failed.
+inline constexpr std::chrono::milliseconds requestBound{250};
+
+inline Deadline deadlineFromNow(std::chrono::milliseconds bound = requestBound) {
+    return std::chrono::steady_clock::now() + bound;
+}
+
+class Connection {
+public:
+    // Connects to the display of the environment. The error is a sentence for a person.
+    static std::expected<std::unique_ptr<Connection>, std::string> open();
+
+    Connection(const Connection&) = delete;
+    Connection& operator=(const Connection&) = delete;
+    Connection(Connection&&) = delete;
+    Connection& operator=(Connection&&) = delete;
+    ~Connection() = default;
+
+    // From here on events are handed out from the event loop. onBroken is called once, when the server is
+    // gone.
+    void attach(DescriptorWatch& descriptors, Scheduler& scheduler, std::function<void()> onBroken);
+
+    [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
+
+    [[nodiscard]] xcb_window_t root() const { return screen_->root; }
+
+    [[nodiscard]] const xcb_screen_t& screen() const { return *screen_; }
+
+    [[nodiscard]] const Atoms& atoms() const { return atoms_; }
+
+    [[nodiscard]] bool broken() const { return xcb_connection_has_error(get()) != 0; }
+
+    // The answer to a request, whose reply type is Content; null for an error, and when the deadline passes
+    // first.
+    template<typename Content, typename Cookie>
+    Reply<Content> await(Cookie cookie, Deadline deadline) {
+        return Reply<Content>(static_cast<Content*>(awaitReply(cookie.sequence, deadline)));
+    }
+
+    // For every checked request whether the server carried it out, false also when the deadline passes first.
+    std::vector<bool> succeeded(std::span<const xcb_void_cookie_t> requests, Deadline deadline);
+
+    // Waits until at least one more event is there or the deadline has passed. The events stay in line for
+    // their observers; the new ones are returned to look at, valid until the event loop goes on.
+    std::vector<const xcb_generic_event_t*> awaitEvents(Deadline deadline);
+
+    // Hears every event, in the order of registration.
+    [[nodiscard]] Registration observe(std::function<void(const xcb_generic_event_t&)> onEvent);
+
+    // Adds to the events that the server reports of a window, as long as the registration lasts.
+    [[nodiscard]] Registration select(xcb_window_t window, std::uint32_t eventMask);
+
+    // A number that tells the events apart while observers handle one; absent at any other time.
+    [[nodiscard]] std::optional<std::uint64_t> currentTurn() const;
+
+    // Called after every event that observers have handled.
+    [[nodiscard]] Registration observeTurnEnds(std::function<void()> onTurnEnd);
+
+    // Sends a client message about a window to the window manager.
+    void tellWindowManager(xcb_window_t window, xcb_atom_t type, const std::array<std::uint32_t, 5>& words);
+
+    void flush() { xcb_flush(get()); }
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+    };
+
+    using Observers = std::map<std::uint64_t, std::function<void(const xcb_generic_event_t&)>>;
+
+    Connection(xcb_connection_t* connection, int screenNumber);
+
+    void* awaitReply(unsigned sequence, Deadline deadline);
+    bool waitReadable(Deadline deadline) const;
+    // Moves what xcb has read already into the line.
+    void takeReadEvents();
+    // Makes sure that events in line are handed out although the socket has nothing new to read.
+    void dispatchSoon();
+    void dispatch();
+    void handOut(const xcb_generic_event_t& event);
+    void applySelection(xcb_window_t window) const;
+
+    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    const xcb_screen_t* screen_ = nullptr;
+    Atoms atoms_;
+    std::deque<Event> line_;
+    Observers observers_;
+    std::map<std::uint64_t, std::function<void()>> turnObservers_;
+    std::map<xcb_window_t, std::map<std::uint64_t, std::uint32_t>> selections_;
+    std::uint64_t registrations_ = 0;
+    std::uint64_t turn_ = 0;
+    bool dispatching_ = false;
+    std::function<void()> onBroken_;
+    Scheduler* scheduler_ = nullptr;
+    Registration readable_;
+    Registration soon_;
+    WeakCallbacks callbacks_;
+};
+
+// The whole property of a window, at most maximumWords 32-bit words of it.
+inline xcb_get_property_cookie_t requestProperty(const Connection& connection, xcb_window_t window,
+                                                 xcb_atom_t property, xcb_atom_t type,
+                                                 std::uint32_t maximumWords) {
+    return xcb_get_property(connection.get(), 0, window, property, type, 0, maximumWords);
+}
+
+// The 32-bit values of a property; empty for a missing or differently formed one.
+std::span<const std::uint32_t> words(const xcb_get_property_reply_t* reply);
+
+// The bytes of a property; empty for a missing or differently formed one.
+std::string bytes(const xcb_get_property_reply_t* reply);
+
+} // namespace karto::x11
