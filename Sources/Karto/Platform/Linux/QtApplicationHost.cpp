@@ -73,7 +73,12 @@ void QtApplicationHost::openDesktopSettings() {
     }
 }
 
-int QtApplicationHost::run() { return QApplication::exec(); }
+int QtApplicationHost::run() {
+    const int descriptor = openSignalDescriptor();
+    QtDescriptorWatch descriptors;
+    const auto endings = descriptors.watch(descriptor, [] { quit(0); });
+    return QApplication::exec();
+}
 
 void QtApplicationHost::quit(int exitStatus) { QApplication::exit(exitStatus); }
 
