@@ -1,1 +1,222 @@
-int main() {}
+// Shows the program at work without a screen: a private desktop with two displays and the windows of several
+// programs, where every command is carried out by real key presses. Says what it does on standard output and
+// leaves a picture of every step and the check log in the folder given: showcase FOLDER.
+
+#include "Support/Application.h"
+#include "Support/KartoProcess.h"
+#include "Support/KeyPresser.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <csignal>
+#include <cstdio>
+#include <fstream>
+#include <functional>
+#include <span>
+
+namespace karto::desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+const std::vector<Output> displays{
+    {.name = "Studio", .area = {.x = 0, .y = 0, .width = 1920, .height = 1080}},
+    {.name = "Tower", .area = {.x = 1920, .y = 0, .width = 1080, .height = 1920}}};
+
+std::string text(const std::optional<Rect>& frame) {
+    return frame ? fmt::format("{:>4} {:>4} {:>4} x {:<4}", frame->x, frame->y, frame->width, frame->height)
+                 : "gone";
+}
+
+void say(const std::string& line) {
+    std::puts(line.c_str());
+    std::fflush(stdout);
+}
+
+class Showcase {
+public:
+    explicit Showcase(const fs::path& folder)
+        : folder_(folder)
+        , desktop_(displays, folder / "desktop") {
+        say(fmt::format("Private desktop {}: Studio 1920 x 1080 and, to its right, Tower 1080 x 1920",
+                        desktop_.environment()["DISPLAY"]));
+        furnish();
+        KartoProcess::writeConfiguration(desktop_, sampleConfiguration);
+        karto_.emplace(desktop_);
+        say("\n" + karto_->waitForBanner());
+        openWindows();
+    }
+
+    // False when a command left no trace in the log.
+    bool run() {
+        takePicture("start");
+        for (const auto& [name, key, glyph, command] : steps) {
+            show(name, key, glyph, command);
+        }
+        showSwitcher();
+        showOverlay();
+        karto_->process().signal(SIGTERM);
+        showFirstRun();
+        fs::copy_file(KartoProcess::logPath(desktop_), folder_ / "karto-check.log");
+        say(fmt::format("\nPictures and karto-check.log are in {}", fs::absolute(folder_).string()));
+        return isComplete_;
+    }
+
+private:
+    struct Step {
+        std::string name;
+        std::string key;
+        std::string glyph;
+        std::string command;
+    };
+
+    inline static const std::vector<Step> steps{
+        {"move to zone 1", "AE01", "1", "moveToZone(1)"},
+        {"move to zone 2", "AE02", "2", "moveToZone(2)"},
+        {"expand", "UP", "↑", "expandZone"},
+        {"expand again", "UP", "↑", "expandZone"},
+        {"shrink", "DOWN", "↓", "shrinkZone"},
+        {"shrink again", "DOWN", "↓", "shrinkZone"},
+        {"next zone", "RGHT", "→", "nextZone"},
+        {"next zone again", "RGHT", "→", "nextZone"},
+        {"fill the display", "AC04", "F", "fillDisplay"},
+        {"move to zone 5", "AE05", "5", "moveToZone(5)"},
+        {"previous zone", "LEFT", "←", "previousZone"},
+        {"move to zone 3", "AE03", "3", "moveToZone(3)"},
+        {"snap a stray window", "AC01", "A", "snapToZone"},
+        {"tidy", "AD05", "T", "tidy"},
+        {"no such zone", "AE09", "9", "moveToZone(9)"},
+    };
+
+    void furnish() {
+        desktop_.run({"xsetroot", "-solid", "#34556b", "-cursor_name", "left_ptr"});
+        desktop_.startWindowManager("openbox");
+        keys_.emplace(desktop_.x());
+        companions_.push_back(desktop_.start({"picom", "--backend", "xrender", "--config", "/dev/null"}));
+        companions_.push_back(startPanel(desktop_, displays[1].area, 36));
+        companions_.push_back(desktop_.start(
+            {"trayer", "--edge",        "top",      "--align",           "right", "--widthtype",
+             "pixel",  "--width",       "1920",     "--heighttype",      "pixel", "--height",
+             "32",     "--tint",        "0x1d2b36", "--alpha",           "0",     "--transparent",
+             "true",   "--SetDockType", "true",     "--SetPartialStrut", "true",  "--monitor",
+             "0"}));
+    }
+
+    void openTerminal(const std::string& name, const std::string& place, const std::string& colours,
+                      const std::string& command) {
+        const std::size_t comma = colours.find(',');
+        windows_.emplace_back(desktop_, name,
+                              std::vector<std::string>{
+                                  "xterm", "-name", name, "-title", name, "-fa", "DejaVu Sans Mono", "-fs",
+                                  "11", "-geometry", place, "-bg", colours.substr(0, comma), "-fg",
+                                  colours.substr(comma + 1), "-e", "sh", "-c", command + "; exec sleep 1d"});
+    }
+
+    void openWindows() {
+        windows_.emplace_back(
+            desktop_, "xclock",
+            std::vector<std::string>{"xclock", "-geometry", "320x320+1400+560", "-bg", "#f3efe6"});
+        windows_.emplace_back(desktop_, "xeyes",
+                              std::vector<std::string>{"xeyes", "-geometry", "380x260+2100+1300"});
+        openTerminal("configuration", "76x24+120+420", "#22303c,#dfe7ec", "cat ~/.config/karto/config.toml");
+        windows_.push_back(Application::clientDecorated(desktop_, "notes"));
+        openTerminal("terminal", "70x20+620+180", "#fbf7ee,#3b3a36",
+                     "ls -l /usr/share | head -18; uname -sr");
+    }
+
+    void show(const std::string& name, const std::string& key, const std::string& glyph,
+              const std::string& command) {
+        const XClient& x = desktop_.x();
+        const xcb_window_t window = x.activeWindow();
+        if (command == "snapToZone") {
+            x.place(window, {.x = 1080, .y = 620, .width = 640, .height = 380});
+            require("a stray window", [&] { return x.frameOf(window)->x == 1080; });
+        }
+        const auto before = x.frameOf(window);
+        keys_->chord(key);
+        report(name, glyph, karto_->log().next("command " + command + ":"));
+        say(fmt::format("    frame   {}   ->   {}", text(before), text(x.frameOf(window))));
+        takePicture(name);
+    }
+
+    void showSwitcher() {
+        windows_.back().activate();
+        keys_->holdHyper();
+        keys_->tap("TAB");
+        wait(500ms);
+        takePicture("switcher");
+        keys_->releaseHyper();
+        report("cycle the windows of the zone", "⇥", karto_->log().next("switcher: ", 2s));
+    }
+
+    void showOverlay() {
+        keys_->holdHyper();
+        wait(1s);
+        takePicture("overlay");
+        keys_->releaseHyper();
+        say("\nHyper held: the overlay numbers the zones");
+    }
+
+    // Without a configuration file the settings open by themselves.
+    void showFirstRun() {
+        karto_->process().waitForExit();
+        fs::remove(KartoProcess::configurationPath(desktop_));
+        karto_.emplace(desktop_);
+        karto_->waitForBanner();
+        say("\nStarted without a configuration file");
+        const pid_t pid = karto_->process().pid();
+        if (eventually([&] { return desktop_.x().clientOf(pid).has_value(); }, 3s)) {
+            wait(1s);
+            takePicture("settings");
+        } else {
+            say("    no settings window came up");
+            isComplete_ = false;
+        }
+    }
+
+    void report(const std::string& name, const std::string& glyph, const std::optional<std::string>& line) {
+        say(fmt::format("\nhyper + {}   {}", glyph, name));
+        say("    log     " + line.value_or("nothing"));
+        isComplete_ = isComplete_ && line.has_value();
+    }
+
+    // For a picture that shows what came after a delay of the program's own.
+    static void wait(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
+
+    void takePicture(std::string name) {
+        std::ranges::replace(name, ' ', '-');
+        const std::string file = fmt::format("{:02}-{}.png", ++pictures_, name);
+        wait(150ms);
+        desktop_.screenshot(folder_ / file);
+        say("    picture " + file);
+    }
+
+    fs::path folder_;
+    PrivateDesktop desktop_;
+    std::optional<KeyPresser> keys_;
+    std::vector<ChildProcess> companions_;
+    std::vector<Application> windows_;
+    std::optional<KartoProcess> karto_;
+    int pictures_ = 0;
+    bool isComplete_ = true;
+};
+
+} // namespace
+
+} // namespace karto::desktop
+
+int main(int count, char** values) {
+    const std::span arguments(values, std::size_t(count));
+    if (arguments.size() != 2) {
+        std::fputs("showcase FOLDER\n", stderr);
+        return 2;
+    }
+    try {
+        return karto::desktop::Showcase(std::filesystem::absolute(arguments[1])).run() ? 0 : 1;
+    } catch (const std::exception& failure) {
+        fmt::print(stderr, "showcase: {}\n", failure.what());
+        return 1;
+    }
+}
