@@ -9,7 +9,6 @@
 
 #include <array>
 #include <cstdio>
-#include <functional>
 #include <span>
 
 namespace {

@@ -35,6 +35,28 @@ void say(const std::string& line) {
     std::fflush(stdout);
 }
 
+// A gradient from top to bottom, announced in the way that compositors look for.
+void paintWallpaper(const XClient& x) {
+    constexpr int height = 1920;
+    const xcb_pixmap_t pixmap = xcb_generate_id(x.connection());
+    const xcb_gcontext_t context = xcb_generate_id(x.connection());
+    xcb_create_pixmap(x.connection(), x.screen().root_depth, pixmap, x.root(), 8, height);
+    xcb_create_gc(x.connection(), context, pixmap, 0, nullptr);
+    for (int row = 0; row < height; ++row) {
+        const auto between = [&](int top, int bottom) {
+            return std::uint32_t(top + (bottom - top) * row / height);
+        };
+        const std::uint32_t colour =
+            between(0x4C, 0x22) << 16U | between(0x7F, 0x33) << 8U | between(0x96, 0x4D);
+        xcb_change_gc(x.connection(), context, XCB_GC_FOREGROUND, &colour);
+        const xcb_rectangle_t line{.x = 0, .y = std::int16_t(row), .width = 8, .height = 1};
+        xcb_poly_fill_rectangle(x.connection(), pixmap, context, 1, &line);
+    }
+    xcb_change_window_attributes(x.connection(), x.root(), XCB_CW_BACK_PIXMAP, &pixmap);
+    xcb_clear_area(x.connection(), 0, x.root(), 0, 0, 0, 0);
+    x.setProperty(x.root(), "_XROOTPMAP_ID", XCB_ATOM_PIXMAP, {pixmap});
+}
+
 class Showcase {
 public:
     explicit Showcase(const fs::path& folder)
@@ -91,7 +113,8 @@ private:
     };
 
     void furnish() {
-        desktop_.run({"xsetroot", "-solid", "#34556b", "-cursor_name", "left_ptr"});
+        paintWallpaper(desktop_.x());
+        desktop_.run({"xsetroot", "-cursor_name", "left_ptr"});
         desktop_.startWindowManager("openbox");
         keys_.emplace(desktop_.x());
         companions_.push_back(desktop_.start({"picom", "--backend", "xrender", "--config", "/dev/null"}));
@@ -115,11 +138,9 @@ private:
     }
 
     void openWindows() {
-        windows_.emplace_back(
-            desktop_, "xclock",
-            std::vector<std::string>{"xclock", "-geometry", "320x320+1400+560", "-bg", "#f3efe6"});
-        windows_.emplace_back(desktop_, "xeyes",
-                              std::vector<std::string>{"xeyes", "-geometry", "380x260+2100+1300"});
+        // These two never take the focus.
+        companions_.push_back(desktop_.start({"xclock", "-geometry", "320x320+1400+560", "-bg", "#f3efe6"}));
+        companions_.push_back(desktop_.start({"xeyes", "-geometry", "380x260+2100+1300"}));
         openTerminal("configuration", "76x24+120+420", "#22303c,#dfe7ec", "cat ~/.config/karto/config.toml");
         windows_.push_back(Application::clientDecorated(desktop_, "notes"));
         openTerminal("terminal", "70x20+620+180", "#fbf7ee,#3b3a36",
