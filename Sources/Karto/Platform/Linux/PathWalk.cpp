@@ -27,6 +27,7 @@ std::vector<std::string> placesOnTheWay(const std::string& path) {
         }
         if (part == "..") {
             here = here.parent_path();
+            places.push_back(here);
             continue;
         }
         places.push_back(here / part);
