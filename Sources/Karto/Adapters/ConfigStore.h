@@ -56,9 +56,11 @@ public:
 
 private:
     [[nodiscard]] std::string resolvedPath() const;
+    [[nodiscard]] std::string backupPath() const;
     [[nodiscard]] FileResult<std::string> read() const;
     ConfigChangeEvent take(const std::string& bytes);
     ConfigChangeEvent fail(std::optional<std::string> error, bool isLegacyFormat = false);
+    // Nothing without a file; an error when the copy cannot be written.
     FileResult<void> refreshBackup();
 
     void watch();
