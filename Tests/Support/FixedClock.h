@@ -7,6 +7,9 @@ namespace karto::testing {
 
 class FixedClock final : public WallClock {
 public:
+    explicit FixedClock(std::chrono::system_clock::time_point shown)
+        : time(shown) {}
+
     std::chrono::system_clock::time_point time;
 
     [[nodiscard]] std::chrono::system_clock::time_point now() const override { return time; }
