@@ -282,9 +282,9 @@ TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
     EXPECT_EQ(readFile(started.path), configText(1));
 
     store.takeSnapshot();
-    EXPECT_THAT(started.log.lines(), IsEmpty());
+    EXPECT_THAT(started.log.lines, IsEmpty());
     EXPECT_EQ(store.reload(), reloadedFromDisk);
-    EXPECT_THAT(started.log.lines(), ElementsAre("config: could not write backup to " +
+    EXPECT_THAT(started.log.lines, ElementsAre("config: could not write backup to " +
                                                  started.backup.native() + " — no space left on device"));
 }
 
