@@ -42,6 +42,9 @@ public:
     // Connects to the display of the environment. The error is a sentence for a person.
     static std::expected<std::unique_ptr<Connection>, std::string> open();
 
+    // The display's name in the environment.
+    static std::string displayName();
+
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
     Connection(Connection&&) = delete;
@@ -95,9 +98,10 @@ public:
     [[nodiscard]] Registration observeTurnEnds(std::function<void()> onTurnEnd);
 
     // Sends a client message about a window to the window manager.
-    void tellWindowManager(xcb_window_t window, xcb_atom_t type, const std::array<std::uint32_t, 5>& words);
+    void tellWindowManager(xcb_window_t window, xcb_atom_t type,
+                           const std::array<std::uint32_t, 5>& words) const;
 
-    void flush() { xcb_flush(get()); }
+    void flush() const { xcb_flush(get()); }
 
 private:
     struct Disconnect {
@@ -109,7 +113,7 @@ private:
     Connection(xcb_connection_t* connection, int screenNumber);
 
     void* awaitReply(unsigned sequence, Deadline deadline);
-    bool waitReadable(Deadline deadline) const;
+    [[nodiscard]] bool waitReadable(Deadline deadline) const;
     // Moves what xcb has read already into the line.
     void takeReadEvents();
     // Makes sure that events in line are handed out although the socket has nothing new to read.
