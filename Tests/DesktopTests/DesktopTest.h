@@ -28,9 +28,9 @@ inline constexpr Rect tower{.x = 1280, .y = 0, .width = 600, .height = 995};
 inline constexpr Rect somewhere{.x = 100, .y = 90, .width = 420, .height = 310};
 
 // Equal but for the rounding to whole pixels of every edge.
-inline bool fits(const std::optional<Rect>& frame, const Rect& wanted) {
-    return frame && std::abs(frame->x - wanted.x) < 1 && std::abs(frame->y - wanted.y) < 1 &&
-           std::abs(frame->maxX() - wanted.maxX()) < 1 && std::abs(frame->maxY() - wanted.maxY()) < 1;
+inline bool fits(const Rect& frame, const Rect& wanted) {
+    return std::abs(frame.x - wanted.x) < 1 && std::abs(frame.y - wanted.y) < 1 &&
+           std::abs(frame.maxX() - wanted.maxX()) < 1 && std::abs(frame.maxY() - wanted.maxY()) < 1;
 }
 
 class DesktopTest : public testing::Test {
@@ -51,8 +51,14 @@ protected:
         }
     }
 
-    void startKarto(const Environment& changes = {}) {
-        karto.emplace(desktop, changes);
+    // Ends the one that runs.
+    void launchKarto(const Environment& changes = {}) {
+        karto.reset();
+        karto = std::make_unique<KartoProcess>(desktop, changes);
+    }
+
+    void startKarto() {
+        launchKarto();
         karto->waitForBanner();
     }
 
@@ -80,12 +86,12 @@ protected:
     PrivateDesktop desktop;
     KeyPresser keys{desktop.x()};
     ChildProcess panel = startPanel(desktop, studioAndTower[1].area, 29);
-    std::optional<KartoProcess> karto;
+    std::unique_ptr<KartoProcess> karto;
     bool shouldSurvive = true;
 
 private:
     static testing::AssertionResult mismatch(const Application& window, const Rect& wanted) {
-        const Rect is = window.frame().value_or(Rect::null());
+        const Rect is = window.frame();
         return testing::AssertionFailure()
                << window.name() << " is at " << is.x << ", " << is.y << ", " << is.width << ", " << is.height
                << " instead of " << wanted.x << ", " << wanted.y << ", " << wanted.width << ", "

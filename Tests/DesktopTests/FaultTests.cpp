@@ -2,6 +2,7 @@
 
 #include <sys/stat.h>
 
+#include <algorithm>
 #include <csignal>
 #include <fstream>
 #include <functional>
@@ -32,7 +33,7 @@ TEST_F(FaultTest, theFocusedWindowClosesDuringACommand) {
     for (int i = 0; i < 5; ++i) {
         const Application window = Application::probe(desktop, "vanishing", "ghost", somewhere);
         EXPECT_NE(press("AE02", "moveToZone(2)"), "");
-        require("the window to close", [&] { return !window.frame(); });
+        require("the window to close", [&] { return window.frame().isNull(); });
     }
     expectService();
 }
@@ -44,7 +45,7 @@ TEST_F(FaultTest, anApplicationThatDoesNotAnswerHoldsNothingUp) {
     EXPECT_NE(press("AE02", "moveToZone(2)"), "");
     expectService();
     stopped.process().signal(SIGCONT);
-    EXPECT_TRUE(eventually([&] { return stopped.frame()->origin() == zone::two.origin(); }));
+    EXPECT_TRUE(eventually([&] { return stopped.frame().origin() == zone::two.origin(); }));
 }
 
 TEST_F(FaultTest, anotherProgramGrabsTheServerForASecond) {
@@ -80,14 +81,14 @@ TEST_F(FaultTest, theServerGoesAway) {
 TEST_F(FaultTest, thereIsNoServerToTalkTo) {
     for (const std::string display : {"", ":4711", "nonsense"}) {
         SCOPED_TRACE(display);
-        karto.emplace(desktop, Environment{{"DISPLAY", display}});
+        launchKarto({{"DISPLAY", display}});
         expectRefusal();
     }
 }
 
 TEST_F(FaultTest, aSessionWhoseWindowsNobodyMayMoveIsExplained) {
     shouldSurvive = false;
-    karto.emplace(desktop, Environment{{"XDG_SESSION_TYPE", "wayland"}});
+    launchKarto({{"XDG_SESSION_TYPE", "wayland"}});
     EXPECT_TRUE(
         karto->log().next("startup: Accessibility permission not granted, showing the onboarding alert "
                           "and quitting"));
@@ -112,7 +113,11 @@ TEST_F(FaultTest, aConfigurationThatIsNoneIsExplainedAndTheRestWorks) {
         {"a folder", [&] { std::filesystem::create_directory(path); }},
         {"a pipe that nobody fills", [&] { mkfifo(path.c_str(), 0600); }},
         {"a link to nowhere", [&] { std::filesystem::create_symlink("nowhere", path); }},
-        {"50 MB", [&] { std::ofstream(path) << std::string(50'000'000, '#'); }},
+        {"50 MB",
+         [&] {
+             std::ofstream{path};
+             std::filesystem::resize_file(path, 50'000'000);
+         }},
         {"not UTF-8", [&] { std::ofstream(path) << sampleConfiguration << "# \xFF\xFE\n"; }},
         {"not TOML", [&] { std::ofstream(path) << "[[[["; }},
         {"a device that never ends", [&] { std::filesystem::create_symlink("/dev/zero", path); }},

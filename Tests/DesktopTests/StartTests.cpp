@@ -8,7 +8,7 @@ TEST_F(StartTest, theBannerListsTheShortcutsAndTheLogTheState) {
     KartoProcess::writeConfiguration(desktop, sampleConfiguration + "\n[hotkeys]\n"
                                                                     "modifiers = [\"option\", \"control\"]\n"
                                                                     "keys = { tidy = \"y\" }\n");
-    karto.emplace(desktop);
+    launchKarto();
     EXPECT_EQ(karto->waitForBanner(), "Karto is running. The hyper key is control+option.\n"
                                       "  hyper + →  Next zone\n"
                                       "  hyper + ←  Previous zone\n"

@@ -4,7 +4,7 @@ namespace karto::desktop {
 
 namespace {
 
-enum class Size { exact, upToOneStepShort, itsOwn };
+enum class Size : std::uint8_t { exact, upToOneStepShort, itsOwn };
 
 struct Kind {
     std::string name;
@@ -46,7 +46,7 @@ TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenI
         if (kind.name == "maximized") {
             require("a maximized window", [&] { return fits(window.frame(), zone::studio); });
         }
-        const Rect before = window.frame().value();
+        const Rect before = window.frame();
         const std::string line = press("AE02", "moveToZone(2)");
         const auto outcome = Outcome::in(line);
         ASSERT_TRUE(outcome) << line;
@@ -55,7 +55,7 @@ TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenI
             EXPECT_TRUE(outcome->accepted) << line;
         }
         eventually([&] { return fits(window.frame(), outcome->result); }, 1s);
-        const Rect frame = window.frame().value();
+        const Rect frame = window.frame();
         EXPECT_TRUE(fits(frame, outcome->result)) << "the log tells another frame: " << line;
         EXPECT_EQ(frame.origin(), zone::two.origin());
         if (kind.size == Size::upToOneStepShort) {

@@ -38,6 +38,7 @@ void setSizeHints(const XClient& x, xcb_window_t window, const std::string& kind
 void setState(const XClient& x, xcb_window_t window, const std::string& kind, const Rect& area) {
     const auto atoms = [&](const std::string& property, const std::vector<std::string>& names) {
         std::vector<std::uint32_t> values;
+        values.reserve(names.size());
         for (const std::string& name : names) {
             values.push_back(x.atom(name));
         }
@@ -68,9 +69,8 @@ void setState(const XClient& x, xcb_window_t window, const std::string& kind, co
 }
 
 xcb_window_t createWindow(const XClient& x, const std::string& name, const Rect& area) {
-    // A quiet colour that differs from program to program.
-    const auto hue = std::uint32_t(std::hash<std::string>{}(name));
-    const std::array<std::uint32_t, 2> values{0x7080A0U ^ (hue & 0x3F3F3FU), XCB_EVENT_MASK_STRUCTURE_NOTIFY};
+    constexpr std::uint32_t slate = 0x1D2B36;
+    const std::array<std::uint32_t, 2> values{slate, XCB_EVENT_MASK_STRUCTURE_NOTIFY};
     const xcb_window_t window = xcb_generate_id(x.connection());
     xcb_create_window(x.connection(), XCB_COPY_FROM_PARENT, window, x.root(), std::int16_t(area.x),
                       std::int16_t(area.y), std::uint16_t(area.width), std::uint16_t(area.height), 0,
@@ -113,7 +113,7 @@ int main(int count, char** values) {
                     .y = std::stod(arguments[4]),
                     .width = std::stod(arguments[5]),
                     .height = std::stod(arguments[6])};
-    const XClient x(std::getenv("DISPLAY"));
+    const XClient x("");
     const xcb_window_t window = createWindow(x, name, area);
     setSizeHints(x, window, kind, area);
     setState(x, window, kind, area);

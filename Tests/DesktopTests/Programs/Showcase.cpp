@@ -66,7 +66,7 @@ public:
                         desktop_.environment()["DISPLAY"]));
         furnish();
         KartoProcess::writeConfiguration(desktop_, sampleConfiguration);
-        karto_.emplace(desktop_);
+        karto_ = std::make_unique<KartoProcess>(desktop_);
         say("\n" + karto_->waitForBanner());
         openWindows();
     }
@@ -95,28 +95,28 @@ private:
     };
 
     inline static const std::vector<Step> steps{
-        {"move to zone 1", "AE01", "1", "moveToZone(1)"},
-        {"move to zone 2", "AE02", "2", "moveToZone(2)"},
-        {"expand", "UP", "↑", "expandZone"},
-        {"expand again", "UP", "↑", "expandZone"},
-        {"shrink", "DOWN", "↓", "shrinkZone"},
-        {"shrink again", "DOWN", "↓", "shrinkZone"},
-        {"next zone", "RGHT", "→", "nextZone"},
-        {"next zone again", "RGHT", "→", "nextZone"},
-        {"fill the display", "AC04", "F", "fillDisplay"},
-        {"move to zone 5", "AE05", "5", "moveToZone(5)"},
-        {"previous zone", "LEFT", "←", "previousZone"},
-        {"move to zone 3", "AE03", "3", "moveToZone(3)"},
-        {"snap a stray window", "AC01", "A", "snapToZone"},
-        {"tidy", "AD05", "T", "tidy"},
-        {"no such zone", "AE09", "9", "moveToZone(9)"},
+        {.name = "move to zone 1", .key = "AE01", .glyph = "1", .command = "moveToZone(1)"},
+        {.name = "move to zone 2", .key = "AE02", .glyph = "2", .command = "moveToZone(2)"},
+        {.name = "expand", .key = "UP", .glyph = "↑", .command = "expandZone"},
+        {.name = "expand again", .key = "UP", .glyph = "↑", .command = "expandZone"},
+        {.name = "shrink", .key = "DOWN", .glyph = "↓", .command = "shrinkZone"},
+        {.name = "shrink again", .key = "DOWN", .glyph = "↓", .command = "shrinkZone"},
+        {.name = "next zone", .key = "RGHT", .glyph = "→", .command = "nextZone"},
+        {.name = "next zone again", .key = "RGHT", .glyph = "→", .command = "nextZone"},
+        {.name = "fill the display", .key = "AC04", .glyph = "F", .command = "fillDisplay"},
+        {.name = "move to zone 5", .key = "AE05", .glyph = "5", .command = "moveToZone(5)"},
+        {.name = "previous zone", .key = "LEFT", .glyph = "←", .command = "previousZone"},
+        {.name = "move to zone 3", .key = "AE03", .glyph = "3", .command = "moveToZone(3)"},
+        {.name = "snap a stray window", .key = "AC01", .glyph = "A", .command = "snapToZone"},
+        {.name = "tidy", .key = "AD05", .glyph = "T", .command = "tidy"},
+        {.name = "no such zone", .key = "AE09", .glyph = "9", .command = "moveToZone(9)"},
     };
 
     void furnish() {
         paintWallpaper(desktop_.x());
         desktop_.run({"xsetroot", "-cursor_name", "left_ptr"});
         desktop_.startWindowManager("openbox");
-        keys_.emplace(desktop_.x());
+        keys_ = std::make_unique<KeyPresser>(desktop_.x());
         companions_.push_back(desktop_.start({"picom", "--backend", "xrender", "--config", "/dev/null"}));
         companions_.push_back(startPanel(desktop_, displays[1].area, 36));
         companions_.push_back(desktop_.start(
@@ -153,7 +153,7 @@ private:
         const xcb_window_t window = x.activeWindow();
         if (command == "snapToZone") {
             x.place(window, {.x = 1080, .y = 620, .width = 640, .height = 380});
-            require("a stray window", [&] { return x.frameOf(window)->x == 1080; });
+            require("a stray window", [&] { return x.frameOf(window).value_or(Rect::null()).x == 1080; });
         }
         const auto before = x.frameOf(window);
         keys_->chord(key);
@@ -184,7 +184,7 @@ private:
     void showFirstRun() {
         karto_->process().waitForExit();
         fs::remove(KartoProcess::configurationPath(desktop_));
-        karto_.emplace(desktop_);
+        karto_ = std::make_unique<KartoProcess>(desktop_);
         karto_->waitForBanner();
         say("\nStarted without a configuration file");
         const pid_t pid = karto_->process().pid();
@@ -216,10 +216,10 @@ private:
 
     fs::path folder_;
     PrivateDesktop desktop_;
-    std::optional<KeyPresser> keys_;
+    std::unique_ptr<KeyPresser> keys_;
     std::vector<ChildProcess> companions_;
     std::vector<Application> windows_;
-    std::optional<KartoProcess> karto_;
+    std::unique_ptr<KartoProcess> karto_;
     int pictures_ = 0;
     bool isComplete_ = true;
 };

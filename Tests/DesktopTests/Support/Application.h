@@ -26,7 +26,8 @@ public:
 
     [[nodiscard]] xcb_window_t window() const { return window_; }
 
-    [[nodiscard]] std::optional<Rect> frame() const { return desktop_.get().x().frameOf(window_); }
+    // The null rectangle once the window is gone.
+    [[nodiscard]] Rect frame() const { return desktop_.get().x().frameOf(window_).value_or(Rect::null()); }
 
     [[nodiscard]] const std::string& name() const { return name_; }
 

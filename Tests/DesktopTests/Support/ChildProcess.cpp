@@ -16,6 +16,7 @@ namespace {
 
 std::vector<char*> pointersTo(std::vector<std::string>& texts) {
     std::vector<char*> pointers;
+    pointers.reserve(texts.size() + 1);
     for (std::string& text : texts) {
         pointers.push_back(text.data());
     }
@@ -24,7 +25,10 @@ std::vector<char*> pointersTo(std::vector<std::string>& texts) {
 }
 
 void redirect(int descriptor, const char* path) {
-    dup2(open(path, O_WRONLY | O_CREAT | O_TRUNC | O_CLOEXEC, 0600), descriptor);
+    const int file = open(path, O_RDWR | O_CREAT | O_TRUNC | O_CLOEXEC, 0600);
+    if (file < 0 || dup2(file, descriptor) < 0) {
+        _exit(127);
+    }
 }
 
 } // namespace
@@ -35,7 +39,7 @@ ChildProcess::ChildProcess(const std::vector<std::string>& arguments, const Envi
     std::vector<std::string> argumentTexts = arguments;
     std::vector<std::string> environmentTexts;
     for (const auto& [name, value] : environment) {
-        environmentTexts.push_back(name + "=" + value);
+        environmentTexts.push_back(std::string(name).append("=").append(value));
     }
     const std::vector<char*> argumentPointers = pointersTo(argumentTexts);
     const std::vector<char*> environmentPointers = pointersTo(environmentTexts);

@@ -4,7 +4,7 @@
 
 #include <xcb/xtest.h>
 // The extension's header uses a C++ keyword as a name.
-#define explicit explicitComponents
+#define explicit explicitComponents // NOLINT(clang-diagnostic-keyword-macro)
 #include <xcb/xkb.h>
 #undef explicit
 

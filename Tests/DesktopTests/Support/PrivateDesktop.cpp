@@ -111,7 +111,7 @@ PrivateDesktop::~PrivateDesktop() {
 }
 
 bool PrivateDesktop::startServer(const std::vector<std::string>& arguments) {
-    server_.emplace(arguments, environment(), folder_ / "server");
+    server_ = std::make_unique<ChildProcess>(arguments, environment(), folder_ / "server");
     eventually([this] { return server_->output().ends_with('\n') || !server_->isAlive(); });
     const std::string number = server_->output();
     if (!number.ends_with('\n')) {
@@ -219,7 +219,8 @@ void PrivateDesktop::run(const std::vector<std::string>& arguments) {
 
 void PrivateDesktop::startWindowManager(const std::string& name) {
     // A manager that wants a message bus gets one of its own.
-    manager_.emplace(start({"dbus-run-session", "--", name}, {{"DBUS_SESSION_BUS_ADDRESS", ""}}));
+    manager_ = std::make_unique<ChildProcess>(
+        start({"dbus-run-session", "--", name}, {{"DBUS_SESSION_BUS_ADDRESS", ""}}));
     require(name + " to announce itself",
             [this] { return !x_->property(x_->root(), "_NET_SUPPORTING_WM_CHECK").empty(); });
     require(name + " to take windows in", [this] { return x_->managerAnswers(200ms); });

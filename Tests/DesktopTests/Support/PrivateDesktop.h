@@ -8,7 +8,6 @@
 
 #include <filesystem>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -75,9 +74,9 @@ private:
     // The call that puts every output in its place.
     std::vector<std::string> layout_{"xrandr"};
     int programs_ = 0;
-    std::optional<ChildProcess> server_;
+    std::unique_ptr<ChildProcess> server_;
     std::unique_ptr<XClient> x_;
-    std::optional<ChildProcess> manager_;
+    std::unique_ptr<ChildProcess> manager_;
 };
 
 } // namespace karto::desktop

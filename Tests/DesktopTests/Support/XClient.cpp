@@ -21,7 +21,7 @@ constexpr std::uint32_t fromPager = 2;
 } // namespace
 
 XClient::XClient(const std::string& display)
-    : connection_(xcb_connect(display.c_str(), nullptr)) {
+    : connection_(xcb_connect(display.empty() ? nullptr : display.c_str(), nullptr)) {
     if (xcb_connection_has_error(connection()) != 0) {
         throw std::runtime_error("no X server at " + display);
     }

@@ -29,7 +29,7 @@ using Reply = std::unique_ptr<T, FreeDeleter>;
 
 class XClient {
 public:
-    // Throws when the server cannot be reached.
+    // The server that DISPLAY names when `display` is empty. Throws when it cannot be reached.
     explicit XClient(const std::string& display);
 
     [[nodiscard]] xcb_connection_t* connection() const { return connection_.get(); }
