@@ -41,7 +41,7 @@ std::expected<std::unique_ptr<Connection>, std::string> Connection::open() {
         return std::unexpected(connectionProblem(error));
     }
     std::unique_ptr<Connection> result(new Connection(connection, screenNumber));
-    if (result->atoms_.*atomNames.back().atom == XCB_ATOM_NONE) {
+    if (result->atoms_.*atomNames.back().first == XCB_ATOM_NONE) {
         return std::unexpected(fmt::format("the X display \"{}\" does not answer", displayName()));
     }
     return result;
@@ -65,7 +65,6 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
     screen_ = screens.data;
 
     constexpr std::string_view waylandExtension = "XWAYLAND";
-    xcb_prefetch_extension_data(connection, &xcb_res_id);
     const auto waylandRequest =
         xcb_query_extension(connection, waylandExtension.size(), waylandExtension.data());
     std::array<xcb_intern_atom_cookie_t, atomNames.size()> cookies{};
