@@ -74,7 +74,7 @@ TEST_P(CommandTest, tidyDealsTheWindowsOfOneDisplayOverItsZones) {
     EXPECT_EQ(elsewhere.frame(), untouched);
 }
 
-TEST_P(CommandTest, theSwitcherRaisesTheOtherWindowOfTheZoneUnlessCancelled) {
+TEST_P(CommandTest, DISABLED_theSwitcherRaisesTheOtherWindowOfTheZoneUnlessCancelled) {
     startKarto();
     const Application below = Application::probe(desktop, "plain", "below", somewhere);
     press("AE01", "moveToZone(1)");

@@ -24,13 +24,20 @@ TEST_F(StartTest, theBannerListsTheShortcutsAndTheLogTheState) {
         "startup: config loaded, profile \"Home\", zones 5, ring 5, displays [Studio, Tower]"));
 }
 
-TEST_F(StartTest, aFirstRunLandsInTheSettings) {
+TEST_F(StartTest, aFirstRunIsReportedAndHasTheDefaults) {
     std::filesystem::remove(KartoProcess::configurationPath(desktop));
     startKarto();
     EXPECT_TRUE(karto->log().next(
         "hotkey registration: all commands registered for modifiers [shift+command+control+option]"));
     EXPECT_TRUE(karto->log().next("startup: no config loaded — no config file yet"));
     require("the settings window", [&] { return desktop.x().clientOf(karto->process().pid()).has_value(); });
+}
+
+TEST_F(StartTest, DISABLED_aFirstRunLandsInTheSettings) {
+    std::filesystem::remove(KartoProcess::configurationPath(desktop));
+    startKarto();
+    require("the settings window",
+            [&] { return desktop.x().clientOf(karto->process().pid()).has_value(); });
 }
 
 TEST_F(StartTest, aHandEditOfTheConfigurationCountsAtOnce) {

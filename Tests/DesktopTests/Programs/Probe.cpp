@@ -35,27 +35,13 @@ void setSizeHints(const XClient& x, xcb_window_t window, const std::string& kind
     xcb_icccm_set_wm_normal_hints(x.connection(), window, &hints);
 }
 
-void setState(const XClient& x, xcb_window_t window, const std::string& kind, const Rect& area) {
-    const auto atoms = [&](const std::string& property, const std::vector<std::string>& names) {
-        std::vector<std::uint32_t> values;
-        values.reserve(names.size());
-        for (const std::string& name : names) {
-            values.push_back(x.atom(name));
-        }
-        x.setProperty(window, property, XCB_ATOM_ATOM, values);
-    };
-    if (kind == "maximized") {
-        atoms("_NET_WM_STATE", {"_NET_WM_STATE_MAXIMIZED_HORZ", "_NET_WM_STATE_MAXIMIZED_VERT"});
-    }
-    if (kind == "fullscreen") {
-        atoms("_NET_WM_STATE", {"_NET_WM_STATE_FULLSCREEN"});
-    }
+void setKind(const XClient& x, xcb_window_t window, const std::string& kind, const Rect& area) {
     if (kind == "borderless") {
         constexpr std::uint32_t decorationsGiven = 2;
         x.setProperty(window, "_MOTIF_WM_HINTS", x.atom("_MOTIF_WM_HINTS"), {decorationsGiven, 0, 0, 0, 0});
     }
     const std::string type = kind == "panel" ? "DOCK" : kind == "dialog" ? "DIALOG" : "NORMAL";
-    atoms("_NET_WM_WINDOW_TYPE", {"_NET_WM_WINDOW_TYPE_" + type});
+    x.setProperty(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {x.atom("_NET_WM_WINDOW_TYPE_" + type)});
     if (kind == "panel") {
         const auto first = std::uint32_t(area.x);
         const auto last = std::uint32_t(area.maxX()) - 1;
@@ -68,10 +54,19 @@ void setState(const XClient& x, xcb_window_t window, const std::string& kind, co
     }
 }
 
+// A number of this process's own: the server hands the numbers of a client that ended to the next one, and a
+// window manager may still be busy with the old window.
+xcb_window_t newWindowNumber(const XClient& x) {
+    for (int i = getpid() % 10'000; i > 0; --i) {
+        xcb_generate_id(x.connection());
+    }
+    return xcb_generate_id(x.connection());
+}
+
 xcb_window_t createWindow(const XClient& x, const std::string& name, const Rect& area) {
     constexpr std::uint32_t slate = 0x1D2B36;
     const std::array<std::uint32_t, 2> values{slate, XCB_EVENT_MASK_STRUCTURE_NOTIFY};
-    const xcb_window_t window = xcb_generate_id(x.connection());
+    const xcb_window_t window = newWindowNumber(x);
     xcb_create_window(x.connection(), XCB_COPY_FROM_PARENT, window, x.root(), std::int16_t(area.x),
                       std::int16_t(area.y), std::uint16_t(area.width), std::uint16_t(area.height), 0,
                       XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT,
@@ -116,7 +111,7 @@ int main(int count, char** values) {
     const XClient x("");
     const xcb_window_t window = createWindow(x, name, area);
     setSizeHints(x, window, kind, area);
-    setState(x, window, kind, area);
+    setKind(x, window, kind, area);
     xcb_map_window(x.connection(), window);
     // The answer says that the server has seen everything before it.
     static_cast<void>(x.atom("WM_STATE"));

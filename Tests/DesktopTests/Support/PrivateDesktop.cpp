@@ -50,6 +50,10 @@ std::array<std::uint8_t, 128> edidNamed(const std::string& name) {
     std::array<std::uint8_t, 128> edid{0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00, 0x2C, 0x2F};
     edid[18] = 1;
     edid[19] = 3;
+    constexpr std::array<std::uint8_t, 11> gammaAndPrimaries{0x78, 0x0A, 0xEE, 0x91, 0xA3, 0x54,
+                                                             0x4C, 0x99, 0x26, 0x0F, 0x50};
+    std::ranges::copy(gammaAndPrimaries, edid.begin() + 23);
+    edid[34] = 0x54;
     constexpr std::size_t firstDescriptor = 54;
     constexpr std::size_t descriptorSize = 18;
     constexpr std::array<std::uint8_t, 4> kinds{0xFC, 0x10, 0x10, 0x10};
@@ -139,7 +143,7 @@ void PrivateDesktop::defineOutputs() {
             layout_.emplace_back("--primary");
         }
     }
-    run(layout_);
+    arrange(layout_);
 }
 
 void PrivateDesktop::defineMonitors() {
@@ -170,6 +174,12 @@ void PrivateDesktop::nameOutput(const std::string& connectorName, const std::str
     x_->flush();
 }
 
+void PrivateDesktop::arrange(const std::vector<std::string>& layout) {
+    run(layout);
+    // The driver tells which outputs are connected only when it is asked after the change.
+    run({"xrandr", "--query"});
+}
+
 bool PrivateDesktop::setConnected(const std::string& outputName, bool connected) {
     const auto output = std::ranges::find(outputs_, outputName, &Output::name);
     if (!hasOutputs_ || output == outputs_.end()) {
@@ -177,10 +187,10 @@ bool PrivateDesktop::setConnected(const std::string& outputName, bool connected)
     }
     const std::string name = connector(std::size_t(output - outputs_.begin()));
     if (connected) {
-        run({"xrandr", "--output", name, "--mode", modeName(output->area), "--pos",
-             fmt::format("{}x{}", output->area.x, output->area.y)});
+        arrange({"xrandr", "--output", name, "--mode", modeName(output->area), "--pos",
+                 fmt::format("{}x{}", output->area.x, output->area.y)});
     } else {
-        run({"xrandr", "--output", name, "--off"});
+        arrange({"xrandr", "--output", name, "--off"});
     }
     return true;
 }
@@ -226,7 +236,7 @@ void PrivateDesktop::startWindowManager(const std::string& name) {
     require(name + " to take windows in", [this] { return x_->managerAnswers(200ms); });
     if (hasOutputs_) {
         // Some managers arrange the outputs anew when they start.
-        run(layout_);
+        arrange(layout_);
     }
 }
 

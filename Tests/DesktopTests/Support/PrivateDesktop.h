@@ -63,6 +63,7 @@ private:
     [[nodiscard]] bool startServer(const std::vector<std::string>& arguments);
     void defineOutputs();
     void defineMonitors();
+    void arrange(const std::vector<std::string>& layout);
     void nameOutput(const std::string& connector, const std::string& name);
 
     std::vector<Output> outputs_;

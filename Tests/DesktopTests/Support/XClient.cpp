@@ -17,6 +17,7 @@ std::array<double, 4> edges(const std::vector<std::uint32_t>& items) {
 }
 
 constexpr std::uint32_t fromPager = 2;
+constexpr std::uint32_t addState = 1;
 
 } // namespace
 
@@ -155,6 +156,16 @@ void XClient::place(xcb_window_t window, const Rect& frame) const {
 
 void XClient::close(xcb_window_t window) const {
     askManager(window, "_NET_CLOSE_WINDOW", {XCB_CURRENT_TIME, fromPager, 0, 0, 0});
+}
+
+void XClient::maximize(xcb_window_t window) const {
+    askManager(
+        window, "_NET_WM_STATE",
+        {addState, atom("_NET_WM_STATE_MAXIMIZED_HORZ"), atom("_NET_WM_STATE_MAXIMIZED_VERT"), fromPager, 0});
+}
+
+void XClient::makeFullScreen(xcb_window_t window) const {
+    askManager(window, "_NET_WM_STATE", {addState, atom("_NET_WM_STATE_FULLSCREEN"), 0, fromPager, 0});
 }
 
 bool XClient::managerAnswers(std::chrono::milliseconds timeout) const {

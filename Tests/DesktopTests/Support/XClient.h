@@ -59,6 +59,8 @@ public:
     void activate(xcb_window_t window) const;
     void place(xcb_window_t window, const Rect& frame) const;
     void close(xcb_window_t window) const;
+    void maximize(xcb_window_t window) const;
+    void makeFullScreen(xcb_window_t window) const;
 
     // True once the manager has handled everything that was sent before; false when it does not answer. A
     // manager that cannot be asked counts as having answered.
