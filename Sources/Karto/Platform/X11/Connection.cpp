@@ -149,7 +149,7 @@ std::vector<const xcb_generic_event_t*> Connection::awaitEvents(Deadline deadlin
     const auto known = line_.size();
     while (true) {
         while (xcb_generic_event_t* event = xcb_poll_for_event(get())) {
-            line_.emplace_back(event);
+            lineUp(event);
         }
         if (line_.size() > known || broken() || !waitReadable(deadline)) {
             break;
@@ -215,7 +215,16 @@ void Connection::tellWindowManager(xcb_window_t window, xcb_atom_t type,
 
 void Connection::takeReadEvents() {
     while (xcb_generic_event_t* event = xcb_poll_for_queued_event(get())) {
-        line_.emplace_back(event);
+        lineUp(event);
+    }
+}
+
+void Connection::lineUp(xcb_generic_event_t* received) {
+    Event event(received);
+    // Requests that nobody awaits may fail: windows vanish at any time.
+    constexpr int error = 0;
+    if (eventCode(*event) != error) {
+        line_.push_back(std::move(event));
     }
 }
 
@@ -237,11 +246,12 @@ void Connection::dispatch() {
     dispatching_ = true;
     while (true) {
         if (line_.empty()) {
-            Event event(xcb_poll_for_event(get()));
-            if (!event) {
+            xcb_generic_event_t* event = xcb_poll_for_event(get());
+            if (event == nullptr) {
                 break;
             }
-            line_.push_back(std::move(event));
+            lineUp(event);
+            continue;
         }
         const Event event = std::move(line_.front());
         line_.pop_front();

@@ -116,6 +116,7 @@ private:
     [[nodiscard]] bool waitReadable(Deadline deadline) const;
     // Moves what xcb has read already into the line.
     void takeReadEvents();
+    void lineUp(xcb_generic_event_t* received);
     // Makes sure that events in line are handed out although the socket has nothing new to read.
     void dispatchSoon();
     void dispatch();
