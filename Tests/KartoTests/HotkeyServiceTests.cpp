@@ -95,14 +95,4 @@ TEST_F(HotkeyServiceTest, claimsEvenWhenNoPressWillArrive) {
     EXPECT_EQ(desktop_.hotKeys().size(), 18U);
 }
 
-TEST(HotkeyService, givesEverythingUpAtItsEnd) {
-    MemoryDesktop desktop;
-    {
-        HotkeyService service(desktop);
-        service.registerHotkeys(ModifierSet::allModifiers, CommandKey::defaults(), {});
-        EXPECT_TRUE(desktop.press({.code = tKey}));
-    }
-    EXPECT_THAT(desktop.hotKeys(), IsEmpty());
-}
-
 } // namespace karto::testing
