@@ -35,13 +35,13 @@ const Rect nowhere{.x = -900, .y = -900, .width = 100, .height = 100};
 class CoordinatorTest : public ::testing::Test {
 protected:
     CoordinatorTest() {
-        desktop_.connected = {main_};
-        desktop_.focus(focused_);
+        desktop.connected = {mainScreen};
+        desktop.focus(focused);
     }
 
     std::vector<std::string> handle(const KartoCommand& command) {
-        coordinator_.handle(command);
-        return log_.takeLines();
+        coordinator.handle(command);
+        return log.takeLines();
     }
 
     // The command runs into this one line.
@@ -49,19 +49,19 @@ protected:
         EXPECT_THAT(handle(command), ElementsAre("command " + command.caseName() + ": " + outcome));
     }
 
-    Rect frame() { return desktop_.window(focused_).frame; }
+    Rect frame() { return desktop.window(focused).frame; }
 
-    Screen main_ = screen("Main", mainFrame);
-    Screen side_ = screen("Side", sideFrame);
-    MemoryDesktop desktop_;
-    std::int32_t editor_ = desktop_.launch("Editor");
-    WindowHandle focused_ = desktop_.open(editor_, {.frame = zone1});
-    WindowService windows_{desktop_};
-    DisplayRegistry displays_{desktop_};
-    FixedConfig config_{configWith({landscape("Main", columns(0.5, zone(), rows(0.5, zone(), zone()))),
-                                    landscape("Side", columns(0.5, zone(), zone()))})};
-    MemoryCheckLog log_;
-    Coordinator coordinator_{windows_, displays_, config_, log_};
+    Screen mainScreen = screen("Main", mainFrame);
+    Screen sideScreen = screen("Side", sideFrame);
+    MemoryDesktop desktop;
+    std::int32_t editor = desktop.launch("Editor");
+    WindowHandle focused = desktop.open(editor, {.frame = zone1});
+    WindowService windows{desktop};
+    DisplayRegistry displays{desktop};
+    FixedConfig config{configWith({landscape("Main", columns(0.5, zone(), rows(0.5, zone(), zone()))),
+                                   landscape("Side", columns(0.5, zone(), zone()))})};
+    MemoryCheckLog log;
+    Coordinator coordinator{windows, displays, config, log};
 };
 
 } // namespace
@@ -71,7 +71,7 @@ TEST_F(CoordinatorTest, everyCommandMovesTheFocusedWindowToItsPlace) {
     const std::string atZone2 = "(500.0, 25.0, 500.0, 400.0)";
     const std::string atZone3 = "(500.0, 425.0, 500.0, 400.0)";
     const auto expectMove = [&](const KartoCommand& command, const Rect& from, const std::string& to) {
-        desktop_.window(focused_).frame = from;
+        desktop.window(focused).frame = from;
         expect(command, "target " + to + ", result " + to + ", off by (0.0, 0.0, 0.0, 0.0)");
     };
     expectMove(KartoCommand::moveToZone(3), nowhere, atZone3);
@@ -91,39 +91,39 @@ TEST_F(CoordinatorTest, aCommandThatCannotRunSaysWhyAndMovesNothing) {
     expect(KartoCommand::moveToZone(4), noDestination);
     expect(KartoCommand::shrinkZone, noDestination);
     expect(KartoCommand::cycleWindows, misrouted);
-    auto& window = desktop_.window(focused_);
+    auto& window = desktop.window(focused);
     window.isSizeReadable = false;
     expect(KartoCommand::nextZone, "could not read focused window's frame, ignored");
     expect(KartoCommand::tidy, "could not read focused window's frame, ignored");
     window.isFullscreen = true;
     expect(KartoCommand::nextZone, "focused window is fullscreen, ignored");
-    desktop_.connect({side_});
-    config_.save(configWith({landscape("Main", zone())}));
+    desktop.connect({sideScreen});
+    config.set(configWith({landscape("Main", zone())}));
     expect(KartoCommand::snapToZone, "ring is empty, ignored");
     expect(KartoCommand::tidy, "ring is empty, ignored");
     expect(KartoCommand::cancelCycling, misrouted);
-    config_.clear();
+    config.set(std::nullopt);
     expect(KartoCommand::moveToZone(3), "no config loaded, ignored");
     expect(KartoCommand::cycleWindows, "no config loaded, ignored");
-    desktop_.frontmost.reset();
+    desktop.frontmost.reset();
     expect(KartoCommand::fillDisplay, "no focused window, ignored");
     EXPECT_EQ(frame(), zone1);
 }
 
 TEST_F(CoordinatorTest, fillingADisplayNeedsNoZones) {
-    desktop_.connect({screen("Other", mainFrame), side_});
-    desktop_.window(focused_).frame = zone5;
-    config_.save(configWith({}));
+    desktop.connect({screen("Other", mainFrame), sideScreen});
+    desktop.window(focused).frame = zone5;
+    config.set(configWith({}));
     handle(KartoCommand::fillDisplay);
     EXPECT_EQ(frame(), sideFrame);
-    config_.clear();
-    desktop_.window(focused_).frame = zone2;
+    config.set(std::nullopt);
+    desktop.window(focused).frame = zone2;
     handle(KartoCommand::fillDisplay);
     EXPECT_EQ(frame(), mainFrame);
 }
 
 TEST_F(CoordinatorTest, saysWhenAWindowMissesItsTarget) {
-    auto& window = desktop_.window(focused_);
+    auto& window = desktop.window(focused);
     window.minimumSize = {.width = 520, .height = 400};
     expect(KartoCommand::moveToZone(3),
            "target (500.0, 425.0, 500.0, 400.0), result (500.0, 425.0, 520.0, 400.0), "
@@ -138,7 +138,7 @@ TEST_F(CoordinatorTest, saysWhenAWindowMissesItsTarget) {
 }
 
 TEST_F(CoordinatorTest, displaysThatCannotBeToldApartAreNamedBeforeTheOutcome) {
-    desktop_.connect({main_, screen("Main", sideFrame)});
+    desktop.connect({mainScreen, screen("Main", sideFrame)});
     const std::string warning =
         " 2 displays share the name \"Main\" (landscape) — zones for it cannot be told "
         "apart, placement on all but one is wrong";
@@ -156,7 +156,7 @@ TEST_F(CoordinatorTest, displaysThatCannotBeToldApartAreNamedBeforeTheOutcome) {
 }
 
 TEST_F(CoordinatorTest, shrinkingRetracesTheExpansion) {
-    desktop_.window(focused_).frame = zone3;
+    desktop.window(focused).frame = zone3;
     for (const Rect& expected : {rightHalf, mainFrame}) {
         handle(KartoCommand::expandZone);
         EXPECT_EQ(frame(), expected);
@@ -168,54 +168,54 @@ TEST_F(CoordinatorTest, shrinkingRetracesTheExpansion) {
 }
 
 TEST_F(CoordinatorTest, anExpansionIsForgottenWithItsDisplay) {
-    desktop_.connect({main_, side_});
-    desktop_.window(focused_).frame = zone5;
+    desktop.connect({mainScreen, sideScreen});
+    desktop.window(focused).frame = zone5;
     handle(KartoCommand::expandZone);
     EXPECT_EQ(frame(), sideFrame);
-    desktop_.connect({main_});
-    desktop_.window(focused_).frame = rightHalf;
+    desktop.connect({mainScreen});
+    desktop.window(focused).frame = rightHalf;
     handle(KartoCommand::shrinkZone);
     EXPECT_EQ(frame(), zone2);
-    desktop_.connect({main_, side_});
-    desktop_.window(focused_).frame = sideFrame;
+    desktop.connect({mainScreen, sideScreen});
+    desktop.window(focused).frame = sideFrame;
     handle(KartoCommand::shrinkZone);
     EXPECT_EQ(frame(), zone4);
 }
 
 TEST_F(CoordinatorTest, tidyDealsTheWindowsOfTheDisplayOutOverItsZones) {
-    desktop_.connect({main_, side_});
-    const auto mail = desktop_.launch("Mail");
-    const auto anonymous = desktop_.launch(std::nullopt);
+    desktop.connect({mainScreen, sideScreen});
+    const auto mail = desktop.launch("Mail");
+    const auto anonymous = desktop.launch(std::nullopt);
     const Rect mainPart{.x = 10, .y = 30, .width = 100, .height = 100};
-    const auto second = desktop_.open(editor_, {.frame = mainPart});
-    const auto third = desktop_.open(editor_, {.frame = mainPart});
-    const auto fourth = desktop_.open(mail, {.frame = mainPart});
-    const auto elsewhere = desktop_.open(mail, {.frame = zone4});
+    const auto second = desktop.open(editor, {.frame = mainPart});
+    const auto third = desktop.open(editor, {.frame = mainPart});
+    const auto fourth = desktop.open(mail, {.frame = mainPart});
+    const auto elsewhere = desktop.open(mail, {.frame = zone4});
     expect(KartoCommand::tidy, "laid out 4 window(s) on display \"Main\" across 3 zone(s), 4 accepted");
     const std::vector expected{
-        std::pair{focused_, zone1}, {second, zone2}, {third, zone3}, {fourth, zone1}, {elsewhere, zone4}};
+        std::pair{focused, zone1}, {second, zone2}, {third, zone3}, {fourth, zone1}, {elsewhere, zone4}};
     for (const auto& [window, rect] : expected) {
-        EXPECT_EQ(desktop_.window(window).frame, rect);
+        EXPECT_EQ(desktop.window(window).frame, rect);
     }
 
-    desktop_.window(second).frame = mainPart;
-    desktop_.window(second).isStubborn = true;
-    desktop_.open(anonymous, {.frame = mainPart, .isStubborn = true});
-    desktop_.window(third).closesWhenMoved = true;
+    desktop.window(second).frame = mainPart;
+    desktop.window(second).isStubborn = true;
+    desktop.open(anonymous, {.frame = mainPart, .isStubborn = true});
+    desktop.window(third).closesWhenMoved = true;
     expect(KartoCommand::tidy, "laid out 5 window(s) on display \"Main\" across 3 zone(s), 2 accepted, "
                                "3 did not take the frame: Editor (2x), unknown application");
 }
 
 TEST_F(CoordinatorTest, tidyNamesTheDisplayThatHasNothingToLayOut) {
-    desktop_.connect({main_, screen("Other", sideFrame)});
-    auto& window = desktop_.window(focused_);
+    desktop.connect({mainScreen, screen("Other", sideFrame)});
+    auto& window = desktop.window(focused);
     window.isFullscreen = true;
     expect(KartoCommand::tidy, "laid out 0 window(s) on display \"Main\" across 3 zone(s), 0 accepted");
     window.frame = sideFrame;
     expect(KartoCommand::tidy, "no ring zones on display \"Other\", ignored");
     window.frame = nowhere;
     expect(KartoCommand::tidy, "no display holds the focused window, ignored");
-    desktop_.frontmost.reset();
+    desktop.frontmost.reset();
     expect(KartoCommand::tidy, "no focused window, ignored");
 }
 
