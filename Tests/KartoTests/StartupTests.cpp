@@ -9,6 +9,8 @@
 #include "Support/MemoryDesktop.h"
 #include "Support/TemporaryFolder.h"
 
+#include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <gmock/gmock.h>
 
 namespace karto::testing {
@@ -16,7 +18,7 @@ namespace karto::testing {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 constexpr Rect mainFrame{.x = 0, .y = 0, .width = 1000, .height = 800};
 constexpr std::uint32_t oneKey = 18;
@@ -35,12 +37,15 @@ class StartupTest : public ::testing::Test {
 protected:
     StartupTest() { desktop.connected = {{.name = "Main", .frame = mainFrame, .visibleFrame = mainFrame}}; }
 
-    // Writes the file and has the program notice; the lines logged since the last time.
-    std::vector<std::string> edit(const std::string& text) {
+    // The lines logged since the last time.
+    std::string report() { return fmt::format("{}", fmt::join(log.takeLines(), "\n")); }
+
+    // Writes the file and has the program notice.
+    std::string edit(const std::string& text) {
         writeFile(path, text);
         watch.observers.notify();
         scheduler.advance(std::chrono::seconds(1));
-        return log.takeLines();
+        return report();
     }
 
     TemporaryFolder folder;
@@ -64,9 +69,12 @@ protected:
                      .log = log}};
 };
 
-const std::string allFour = "shift+command+control+option";
-const std::string oneZone =
-    "[profile]\nname = \"home\"\n[[display]]\nname = \"Main\"\norientation = \"landscape\"\n";
+const std::string oneZone = R"([profile]
+name = "home"
+[[display]]
+name = "Main"
+orientation = "landscape"
+)";
 
 } // namespace
 
@@ -75,43 +83,41 @@ TEST_F(StartupTest, explainsWhatIsMissingAndOffersToOpenTheSettings) {
     desktop.distrust = "No window manager is running.";
     EXPECT_FALSE(isTrustedOrExplains(windows, desktop, log));
     EXPECT_EQ(desktop.settingsOpened, 1);
+    EXPECT_EQ(report(),
+              R"(startup: Accessibility permission not granted, showing the onboarding alert and quitting
+startup: No window manager is running.)");
     desktop.answer = 1;
     EXPECT_FALSE(isTrustedOrExplains(windows, desktop, log));
     EXPECT_EQ(desktop.settingsOpened, 1);
     const Alert alert{.message = "Karto needs permission to control windows",
                       .informativeText =
-                          "Open System Settings → Privacy & Security → Accessibility and switch Karto on.\n\n"
-                          "If Karto is not in that list, click the \"+\" button below it and choose Karto in "
-                          "your Applications "
-                          "folder.\n\n"
-                          "Karto quits now — it does not pick the permission up while running. Start it "
-                          "again once you have "
-                          "granted it.\n\nNo window manager is running.",
+                          R"(Open System Settings → Privacy & Security → Accessibility and switch Karto on.
+
+If Karto is not in that list, click the "+" button below it and choose Karto in your Applications folder.
+
+Karto quits now — it does not pick the permission up while running. Start it again once you have granted it.
+
+No window manager is running.)",
                       .buttons = {"Open Settings", "Quit"}};
     EXPECT_THAT(desktop.alerts, ElementsAre(alert, alert));
-    log.lines.resize(2);
-    EXPECT_THAT(log.lines,
-                ElementsAre("startup: Accessibility permission not granted, showing the onboarding "
-                            "alert and quitting",
-                            "startup: No window manager is running."));
 }
 
 TEST_F(StartupTest, aFirstRunClaimsTheDefaultsAndSaysThatThereIsNoFile) {
     startup.run();
-    EXPECT_THAT(log.lines,
-                ElementsAre("hotkey registration: all commands registered for modifiers [" + allFour + "]",
-                            "startup: no config loaded — no config file yet"));
-    EXPECT_THAT(desktop.printed, ElementsAre("Karto is running. The hyper key is " + allFour +
-                                             ".\n"
-                                             "  hyper + →  Next zone\n"
-                                             "  hyper + ←  Previous zone\n"
-                                             "  hyper + ↑  Expand to next zone\n"
-                                             "  hyper + ↓  Shrink to previous zone\n"
-                                             "  hyper + T  Tidy\n"
-                                             "  hyper + F  Fill the display\n"
-                                             "  hyper + A  Snap to its zone\n"
-                                             "  hyper + ⇥  Cycle windows in the zone\n"
-                                             "  hyper + 1…9  Move a window to its zone"));
+    EXPECT_EQ(report(),
+              R"(hotkey registration: all commands registered for modifiers [shift+command+control+option]
+startup: no config loaded — no config file yet)");
+    EXPECT_THAT(desktop.printed,
+                ElementsAre(R"(Karto is running. The hyper key is shift+command+control+option.
+  hyper + →  Next zone
+  hyper + ←  Previous zone
+  hyper + ↑  Expand to next zone
+  hyper + ↓  Shrink to previous zone
+  hyper + T  Tidy
+  hyper + F  Fill the display
+  hyper + A  Snap to its zone
+  hyper + ⇥  Cycle windows in the zone
+  hyper + 1…9  Move a window to its zone)"));
 }
 
 TEST_F(StartupTest, aShortcutMovesTheFocusedWindow) {
@@ -126,73 +132,62 @@ TEST_F(StartupTest, aShortcutMovesTheFocusedWindow) {
 
 TEST_F(StartupTest, aChangedFileIsReportedAndItsShortcutsAreClaimed) {
     startup.run();
-    log.takeLines();
-    EXPECT_THAT(
-        edit(oneZone + "[hotkeys]\nmodifiers = [\"option\", \"shift\"]\n[hotkeys.keys]\ntidy = "
-                       "\"y\"\nnextVariant = \"k\"\n"
-                       "expandZone = \"j\"\n"),
-        ElementsAre("config reload: config loaded, profile \"home\", zones 1, ring 1, displays [Main]",
-                    "config reload: hotkey \"nextVariant\" is the former name of \"expandZone\" and was read "
-                    "as it — that "
-                    "key now expands or shrinks the window instead of cycling size variants; the next save "
-                    "writes the "
-                    "new name",
-                    "config reload: the hotkey table names both \"nextVariant\" and \"expandZone\" — the new "
-                    "name is the "
-                    "one that binds, and the old line goes on the next save",
-                    "hotkey registration (reload): all commands registered for modifiers [shift+option]"));
+    report();
+    EXPECT_EQ(edit(oneZone + R"([hotkeys]
+modifiers = ["option", "shift"]
+[hotkeys.keys]
+tidy = "y"
+nextVariant = "k"
+expandZone = "j"
+)"),
+              R"(config reload: config loaded, profile "home", zones 1, ring 1, displays [Main]
+config reload: hotkey "nextVariant" is the former name of "expandZone" and was read as it — that key now expands or shrinks the window instead of cycling size variants; the next save writes the new name
+config reload: the hotkey table names both "nextVariant" and "expandZone" — the new name is the one that binds, and the old line goes on the next save
+hotkey registration (reload): all commands registered for modifiers [shift+option])");
     constexpr auto mask = HotKeyMask::shift | HotKeyMask::option;
     EXPECT_FALSE(desktop.press({.code = tKey, .modifierMask = mask}));
     EXPECT_TRUE(desktop.press({.code = yKey, .modifierMask = mask}));
-    log.takeLines();
+    report();
 
-    EXPECT_THAT(edit("[profile]\n"), ElementsAre(::testing::StartsWith("config reload: config loaded"),
-                                                 ::testing::_, ::testing::_));
     ASSERT_TRUE(store.save(*store.current()));
     watch.observers.notify();
-    EXPECT_THAT(log.lines, ElementsAre(::testing::StartsWith("config reload: config loaded"),
-                                       ::testing::StartsWith("hotkey registration (reload): all")));
+    EXPECT_EQ(report(), R"(config reload: config loaded, profile "home", zones 1, ring 1, displays [Main]
+hotkey registration (reload): all commands registered for modifiers [shift+option])");
 }
 
 TEST_F(StartupTest, reportsWhatStandsInTheWay) {
     writeFile(path, oneZone);
-    auto twin = desktop.connected.front();
-    desktop.connect({twin, twin, {.name = "", .frame = mainFrame, .visibleFrame = mainFrame}});
+    auto screens = std::vector(2, desktop.connected.front());
+    screens.push_back({.name = "", .frame = mainFrame, .visibleFrame = mainFrame});
+    desktop.connect(screens);
     desktop.heldByOthers = {{.code = tKey}, {.code = oneKey}};
     startup.run();
-    EXPECT_THAT(
-        log.takeLines(),
-        ElementsAre(
-            "hotkey registration: failed to claim [KartoCore.KartoCommand.tidy, "
-            "KartoCore.KartoCommand.moveToZone(1)] for modifiers [" +
-                allFour + "]",
-            "startup: config loaded, profile \"home\", zones 1, ring 1, displays [Main, Main, (unnamed)]",
-            "startup: 2 displays share the name \"Main\" (landscape) — every zone for it resolves onto "
-            "one of them"));
-    desktop.connect({});
-    EXPECT_THAT(
-        edit(oneZone + "\n"),
-        ElementsAre("config reload: config loaded, profile \"home\", zones 1, ring 0, displays []",
-                    "config reload: RING IS EMPTY — no zone matches a connected display, no hotkey will move "
-                    "anything",
-                    ::testing::StartsWith("hotkey registration (reload): failed to claim")));
+    EXPECT_EQ(
+        report(),
+        R"(hotkey registration: failed to claim [KartoCore.KartoCommand.tidy, KartoCore.KartoCommand.moveToZone(1)] for modifiers [shift+command+control+option]
+startup: config loaded, profile "home", zones 1, ring 1, displays [Main, Main, (unnamed)]
+startup: 2 displays share the name "Main" (landscape) — every zone for it resolves onto one of them)");
 
     desktop.heldByOthers.clear();
     desktop.changeKeyboard();
-    EXPECT_THAT(log.lines,
-                ElementsAre("hotkey registration (keyboard change): all commands registered for modifiers [" +
-                            allFour + "]"));
-    EXPECT_THAT(hotkeys.failedRegistrations(), IsEmpty());
+    EXPECT_EQ(report(), "hotkey registration (keyboard change): all commands registered for modifiers "
+                        "[shift+command+control+option]");
+
+    desktop.connect({});
+    EXPECT_THAT(edit(oneZone + "\n"),
+                StartsWith(
+                    R"(config reload: config loaded, profile "home", zones 1, ring 0, displays []
+config reload: RING IS EMPTY — no zone matches a connected display, no hotkey will move anything
+)"));
 }
 
 TEST_F(StartupTest, startsWithADefectiveFileAndNoPresses) {
     writeFile(path, "[profile]\n");
     desktop.deliversPresses = false;
     startup.run();
-    EXPECT_THAT(
-        log.lines,
-        ElementsAre("hotkey registration: event handler installation FAILED, no hotkey will ever fire",
-                    "startup: no config loaded — " + store.lastError().value()));
+    EXPECT_EQ(report(), "hotkey registration: event handler installation FAILED, no hotkey will ever fire\n"
+                        "startup: no config loaded — " +
+                            store.lastError().value());
 }
 
 } // namespace karto::testing
