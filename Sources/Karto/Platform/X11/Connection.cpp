@@ -164,19 +164,15 @@ std::vector<const xcb_generic_event_t*> Connection::awaitEvents(Deadline deadlin
 }
 
 Registration Connection::observe(std::function<void(const xcb_generic_event_t&)> onEvent) {
-    const auto key = registrations_++;
-    observers_.emplace(key, std::move(onEvent));
-    return Registration(callbacks_.wrap([this, key] { observers_.erase(key); }));
+    return eventObservers_.add(std::move(onEvent));
 }
 
 Registration Connection::observeTurnEnds(std::function<void()> onTurnEnd) {
-    const auto key = registrations_++;
-    turnObservers_.emplace(key, std::move(onTurnEnd));
-    return Registration(callbacks_.wrap([this, key] { turnObservers_.erase(key); }));
+    return turnObservers_.add(std::move(onTurnEnd));
 }
 
 Registration Connection::select(xcb_window_t window, std::uint32_t eventMask) {
-    const auto key = registrations_++;
+    const auto key = selected_++;
     selections_[window].emplace(key, eventMask);
     applySelection(window);
     return Registration(callbacks_.wrap([this, window, key] {
@@ -255,7 +251,9 @@ void Connection::dispatch() {
         }
         const Event event = std::move(line_.front());
         line_.pop_front();
-        handOut(*event);
+        ++turn_;
+        eventObservers_.notify(*event);
+        turnObservers_.notify();
     }
     dispatching_ = false;
     flush();
@@ -264,19 +262,6 @@ void Connection::dispatch() {
         if (const auto onBroken = std::exchange(onBroken_, nullptr)) {
             onBroken();
         }
-    }
-}
-
-void Connection::handOut(const xcb_generic_event_t& event) {
-    ++turn_;
-    // An observer may come or go while another is called.
-    for (auto next = observers_.begin(); next != observers_.end();) {
-        const auto key = next->first;
-        next->second(event);
-        next = observers_.upper_bound(key);
-    }
-    for (const auto& [key, onTurnEnd] : turnObservers_) {
-        onTurnEnd();
     }
 }
 
