@@ -187,7 +187,7 @@ TEST_F(StartupTest, startsWithADefectiveFileAndNoPresses) {
     startup.run();
     EXPECT_EQ(report(), "hotkey registration: event handler installation FAILED, no hotkey will ever fire\n"
                         "startup: no config loaded — " +
-                            store.lastError().value());
+                            store.lastError().value_or(""));
 }
 
 } // namespace karto::testing
