@@ -37,7 +37,7 @@ Startup::Startup(const Services& services)
 
 void Startup::run() {
     ConfigStore& store = services_.store;
-    (void)store.reload();
+    store.reload();
     services_.hotkeys.registerHotkeys(
         store.hotkeyModifiers(), store.commandKeys(),
         callbacks_.wrap([this](const KartoCommand& command) { dispatch(command); }));
@@ -49,7 +49,12 @@ void Startup::run() {
     services_.host.print(bannerText(store.hotkeyModifiers(), store.commandKeys()));
 }
 
-void Startup::dispatch(const KartoCommand& command) { services_.coordinator.handle(command); }
+void Startup::dispatch(const KartoCommand& command) {
+    // There is nothing to cancel while no windows are cycled.
+    if (command != KartoCommand::cancelCycling) {
+        services_.coordinator.handle(command);
+    }
+}
 
 void Startup::configChanged() {
     reportConfig("config reload");
