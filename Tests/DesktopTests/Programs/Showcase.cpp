@@ -142,9 +142,9 @@ private:
         companions_.push_back(desktop_.start({"xclock", "-geometry", "320x320+1400+560", "-bg", "#f3efe6"}));
         companions_.push_back(desktop_.start({"xeyes", "-geometry", "380x260+2100+1300"}));
         openTerminal("configuration", "76x24+120+420", "#22303c,#dfe7ec", "cat ~/.config/karto/config.toml");
-        windows_.push_back(Application::clientDecorated(desktop_, "notes"));
         openTerminal("terminal", "70x20+620+180", "#fbf7ee,#3b3a36",
                      "ls -l /usr/share | head -18; uname -sr");
+        windows_.push_back(Application::clientDecorated(desktop_, "notes"));
     }
 
     void show(const std::string& name, const std::string& key, const std::string& glyph,
@@ -157,27 +157,31 @@ private:
         }
         const auto before = x.frameOf(window);
         keys_->chord(key);
-        report(name, glyph, karto_->log().next("command " + command + ":"));
+        const auto line = karto_->log().next("command " + command + ":");
+        isComplete_ = isComplete_ && line;
+        say(fmt::format("\nhyper + {}   {}", glyph, name));
+        say("    log     " + line.value_or("nothing"));
         say(fmt::format("    frame   {}   ->   {}", text(before), text(x.frameOf(window))));
         takePicture(name);
     }
 
     void showSwitcher() {
+        say("\nhyper + ⇥   cycle the windows of the zone");
         windows_.back().activate();
         keys_->holdHyper();
         keys_->tap("TAB");
         wait(500ms);
         takePicture("switcher");
         keys_->releaseHyper();
-        report("cycle the windows of the zone", "⇥", karto_->log().next("switcher: ", 2s));
+        say("    log     " + karto_->log().next("switcher: ", 2s).value_or("nothing"));
     }
 
     void showOverlay() {
+        say("\nhyper held   the overlay numbers the zones");
         keys_->holdHyper();
         wait(1s);
         takePicture("overlay");
         keys_->releaseHyper();
-        say("\nHyper held: the overlay numbers the zones");
     }
 
     // Without a configuration file the settings open by themselves.
@@ -193,14 +197,7 @@ private:
             takePicture("settings");
         } else {
             say("    no settings window came up");
-            isComplete_ = false;
         }
-    }
-
-    void report(const std::string& name, const std::string& glyph, const std::optional<std::string>& line) {
-        say(fmt::format("\nhyper + {}   {}", glyph, name));
-        say("    log     " + line.value_or("nothing"));
-        isComplete_ = isComplete_ && line.has_value();
     }
 
     // For a picture that shows what came after a delay of the program's own.
