@@ -67,7 +67,7 @@ public:
         furnish();
         KartoProcess::writeConfiguration(desktop_, sampleConfiguration);
         karto_ = std::make_unique<KartoProcess>(desktop_);
-        say("\n" + karto_->waitForBanner());
+        say(fmt::format("\n{}", karto_->waitForBanner()));
         openWindows();
     }
 
@@ -160,7 +160,7 @@ private:
         const auto line = karto_->log().next("command " + command + ":");
         isComplete_ = isComplete_ && line;
         say(fmt::format("\nhyper + {}   {}", glyph, name));
-        say("    log     " + line.value_or("nothing"));
+        say(fmt::format("    log     {}", line.value_or("nothing")));
         say(fmt::format("    frame   {}   ->   {}", text(before), text(x.frameOf(window))));
         takePicture(name);
     }
@@ -173,7 +173,7 @@ private:
         wait(500ms);
         takePicture("switcher");
         keys_->releaseHyper();
-        say("    log     " + karto_->log().next("switcher: ", 2s).value_or("nothing"));
+        say(fmt::format("    log     {}", karto_->log().next("switcher: ", 2s).value_or("nothing")));
     }
 
     void showOverlay() {

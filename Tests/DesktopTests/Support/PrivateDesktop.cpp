@@ -121,7 +121,7 @@ bool PrivateDesktop::startServer(const std::vector<std::string>& arguments) {
     if (!number.ends_with('\n')) {
         return false;
     }
-    display_ = ":" + number.substr(0, number.size() - 1);
+    display_ = fmt::format(":{}", std::stoi(number));
     x_ = std::make_unique<XClient>(display_);
     return true;
 }
