@@ -97,8 +97,10 @@ PrivateDesktop::PrivateDesktop(std::vector<Output> outputs, const fs::path& fold
         defineOutputs();
         return;
     }
-    if (!startServer(
-            {"Xvfb", "-displayfd", "1", "-screen", "0", "4096x2048x24", "-noreset", "-nolisten", "tcp"})) {
+    const auto around = [](const Rect& sum, const Output& output) { return unionOf(sum, output.area); };
+    const Rect whole = std::accumulate(outputs_.begin(), outputs_.end(), Rect::null(), around);
+    if (!startServer({"Xvfb", "-displayfd", "1", "-screen", "0", modeName(whole) + "x24", "-noreset",
+                      "-nolisten", "tcp"})) {
         throw std::runtime_error("no private X server would start: " + server_->errors());
     }
     defineMonitors();
