@@ -212,9 +212,9 @@ const std::map<std::string, UnusableFile> unusableFiles{
     {"too large",
      {[](const fs::path& path) {
           writeFile(path, configText(1));
-          fs::resize_file(path, ConfigStore::maximumBytes + 1);
+          fs::resize_file(path, maximumConfigBytes + 1);
       },
-      "it is larger than 16777216 bytes"}},
+      "it is larger than 4194304 bytes"}},
 };
 
 TEST(ConfigStore, theLastGoodConfigurationStaysInForceUntilTheFileIsRepaired) {
