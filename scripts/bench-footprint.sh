@@ -1,0 +1,92 @@
+#!/usr/bin/env bash
+# What Karto costs while it does nothing: time to start, memory, processor time and wake-ups.
+# Installs what is missing, builds, starts Karto on a private desktop and prints a table.
+#
+#   scripts/bench-footprint.sh [STARTS]     20 starts by default
+set -euo pipefail
+cd "$(dirname "$0")/.."
+source Benchmarks/desktop.sh
+starts=${1:-20}
+idleSeconds=10
+karto=$PWD/build/release/karto
+
+installPackages "${desktopPackages[@]}"
+{
+    cmake --preset release
+    cmake --build --preset release --target karto
+} >&2
+
+startDesktop <<<'<openbox_config xmlns="http://openbox.org/3.4/rc"/>'
+writeKartoConfig
+mkdir -p "$HOME/Library/Logs/Karto"
+log=$HOME/Library/Logs/Karto/karto-check.log
+: >"$log"
+
+# The log as it grows; what is written wakes the reader at once.
+exec {lines}< <(exec tail -n +1 -F "$log" 2>/dev/null)
+background+=($!)
+
+# Reads the log up to a line that holds the text; prints what was read where it never comes.
+awaitLine() {
+    local line read=""
+    while read -r -t 10 -u "$lines" line; do
+        [[ $line == *"$1"* ]] && return
+        read+="$line"$'\n'
+    done
+    printf 'the log never says "%s"; it says:\n%s' "$1" "$read" >&2
+    return 1
+}
+echo "reader ready" >>"$log"
+awaitLine "reader ready"
+
+# Microseconds since the epoch.
+now() { echo "${EPOCHREALTIME//[.,]/}"; }
+
+# Starts Karto as $pid and sets $elapsed to the microseconds until its shortcuts were claimed.
+startKarto() {
+    local begin
+    begin=$(now)
+    "$karto" >>"$HOME/karto.out" 2>&1 &
+    pid=$!
+    awaitLine "hotkey registration: "
+    elapsed=$(($(now) - begin))
+}
+
+stopKarto() {
+    kill "$pid"
+    wait "$pid" 2>/dev/null || true
+}
+
+times=()
+for ((run = 0; run < starts; ++run)); do
+    startKarto
+    times+=("$elapsed")
+    stopKarto
+done
+mapfile -t times < <(printf '%s\n' "${times[@]}" | sort -n)
+
+# Sums over the threads: nanoseconds on a processor, and switches away from it, each of which took a wake-up.
+processorTime() { cat /proc/"$pid"/task/*/schedstat | awk '{ sum += $1 } END { print sum }'; }
+switches() { awk '/ctxt_switches/ { sum += $2 } END { print sum }' /proc/"$pid"/task/*/status; }
+kilobytes() { awk -v key="$1:" '$1 == key { print $2 }' /proc/"$pid"/smaps_rollup; }
+
+startKarto
+background+=("$pid")
+sleep 3
+timeBefore=$(processorTime)
+switchesBefore=$(switches)
+sleep "$idleSeconds"
+timeAfter=$(processorTime)
+switchesAfter=$(switches)
+
+awk -v middle="${times[starts / 2]}" -v fastest="${times[0]}" -v slowest="${times[-1]}" -v starts="$starts" \
+    -v resident="$(kilobytes Rss)" -v proportional="$(kilobytes Pss)" -v seconds="$idleSeconds" \
+    -v nanoseconds=$((timeAfter - timeBefore)) -v switches=$((switchesAfter - switchesBefore)) 'BEGIN {
+    print "| measured | value |\n|---|---:|"
+    printf "| start to shortcuts claimed, median of %d | %.0f ms |\n", starts, middle / 1000
+    printf "| fastest and slowest start | %.0f and %.0f ms |\n", fastest / 1000, slowest / 1000
+    printf "| resident memory | %.1f MB |\n", resident / 1024
+    printf "| proportional memory | %.1f MB |\n", proportional / 1024
+    printf "| processor time in %d s idle | %.2f ms |\n", seconds, nanoseconds / 1e6
+    printf "| wake-ups in %d s idle | %d |\n", seconds, switches
+}'
