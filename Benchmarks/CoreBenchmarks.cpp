@@ -139,7 +139,7 @@ void readConfiguration(benchmark::State& state) {
         }
         benchmark::DoNotOptimize(config->displays.data());
     }
-    state.SetBytesProcessed(static_cast<std::int64_t>(state.iterations() * text.size()));
+    state.SetBytesProcessed(state.iterations() * static_cast<std::int64_t>(text.size()));
     state.SetComplexityN(state.range(0));
 }
 
