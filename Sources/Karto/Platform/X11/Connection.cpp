@@ -2,11 +2,13 @@
 
 #include <fmt/format.h>
 #include <poll.h>
+#include <xcb/res.h>
 #include <xcb/xcbext.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstdlib>
+#include <string_view>
 #include <utility>
 
 namespace karto::x11 {
@@ -44,6 +46,10 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
     }
     screen_ = screens.data;
 
+    constexpr std::string_view waylandExtension = "XWAYLAND";
+    xcb_prefetch_extension_data(connection, &xcb_res_id);
+    const auto waylandRequest =
+        xcb_query_extension(connection, waylandExtension.size(), waylandExtension.data());
     std::array<xcb_intern_atom_cookie_t, atomNames.size()> cookies{};
     std::ranges::transform(atomNames, cookies.begin(), [connection](const AtomName& entry) {
         return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(entry.name.size()),
@@ -55,6 +61,10 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
             atoms_.*atomNames[i].atom = reply->atom;
         }
     }
+    const auto wayland = await<xcb_query_extension_reply_t>(waylandRequest, deadline);
+    isNestedInWayland_ = wayland && wayland->present != 0;
+    const auto* resources = xcb_get_extension_data(connection, &xcb_res_id);
+    knowsProcesses_ = resources != nullptr && resources->present != 0;
 }
 
 void Connection::attach(DescriptorWatch& descriptors, Scheduler& scheduler, std::function<void()> onBroken) {
@@ -250,11 +260,25 @@ std::span<const std::uint32_t> words(const xcb_get_property_reply_t* reply) {
     return {static_cast<const std::uint32_t*>(xcb_get_property_value(reply)), reply->value_len};
 }
 
-std::string bytes(const xcb_get_property_reply_t* reply) {
+std::string text(const xcb_get_property_reply_t* reply) {
     if (reply == nullptr || reply->format != 8) {
         return {};
     }
-    return {static_cast<const char*>(xcb_get_property_value(reply)), reply->value_len};
+    const std::string_view bytes(static_cast<const char*>(xcb_get_property_value(reply)), reply->value_len);
+    if (reply->type != XCB_ATOM_STRING) {
+        return std::string(bytes);
+    }
+    std::string utf8;
+    for (const char character : bytes) {
+        const auto byte = static_cast<unsigned char>(character);
+        if (byte < 0x80) {
+            utf8 += character;
+        } else {
+            utf8 += static_cast<char>(0xC0 | (byte >> 6));
+            utf8 += static_cast<char>(0x80 | (byte & 0x3F));
+        }
+    }
+    return utf8;
 }
 
 } // namespace karto::x11

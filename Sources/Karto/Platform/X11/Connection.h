@@ -60,6 +60,12 @@ public:
 
     [[nodiscard]] const Atoms& atoms() const { return atoms_; }
 
+    // Whether the server can tell which process a window belongs to.
+    [[nodiscard]] bool knowsProcesses() const { return knowsProcesses_; }
+
+    // Whether the server runs inside a Wayland session, where it shows a part of the windows only.
+    [[nodiscard]] bool isNestedInWayland() const { return isNestedInWayland_; }
+
     [[nodiscard]] bool broken() const { return xcb_connection_has_error(get()) != 0; }
 
     // The answer to a request, whose reply type is Content; null for an error, and when the deadline passes
@@ -115,6 +121,8 @@ private:
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     const xcb_screen_t* screen_ = nullptr;
     Atoms atoms_;
+    bool knowsProcesses_ = false;
+    bool isNestedInWayland_ = false;
     std::deque<Event> line_;
     Observers observers_;
     std::map<std::uint64_t, std::function<void()>> turnObservers_;
@@ -139,7 +147,7 @@ inline xcb_get_property_cookie_t requestProperty(const Connection& connection, x
 // The 32-bit values of a property; empty for a missing or differently formed one.
 std::span<const std::uint32_t> words(const xcb_get_property_reply_t* reply);
 
-// The bytes of a property; empty for a missing or differently formed one.
-std::string bytes(const xcb_get_property_reply_t* reply);
+// The text of a property in UTF-8; empty for a missing or differently formed one. Latin-1 is converted.
+std::string text(const xcb_get_property_reply_t* reply);
 
 } // namespace karto::x11

@@ -1,0 +1,85 @@
+#include "Karto/Platform/Linux/QtApplicationHost.h"
+
+#include "Karto/Platform/Linux/QtDescriptorWatch.h"
+
+#include <QMessageBox>
+#include <QProcess>
+#include <QPushButton>
+#include <QStandardPaths>
+
+#include <sys/signalfd.h>
+
+#include <array>
+#include <csignal>
+#include <cstdio>
+#include <vector>
+
+namespace karto {
+
+namespace {
+
+constexpr std::array settingsPrograms{"gnome-control-center", "systemsettings",      "xfce4-settings-manager",
+                                      "cinnamon-settings",    "mate-control-center", "lxqt-config"};
+
+// Delivers interrupt and termination signals to a descriptor instead of ending the process on the spot.
+int openSignalDescriptor() {
+    sigset_t endings;
+    sigemptyset(&endings);
+    sigaddset(&endings, SIGINT);
+    sigaddset(&endings, SIGTERM);
+    pthread_sigmask(SIG_BLOCK, &endings, nullptr);
+    return signalfd(-1, &endings, SFD_CLOEXEC | SFD_NONBLOCK);
+}
+
+} // namespace
+
+QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
+    : application_(argumentCount, arguments) {
+    QApplication::setApplicationName("Karto");
+    QApplication::setDesktopFileName("karto");
+    QApplication::setQuitOnLastWindowClosed(false);
+}
+
+std::size_t QtApplicationHost::runAlert(const Alert& alert) {
+    QMessageBox box(QMessageBox::Warning, "Karto", QString::fromStdString(alert.message));
+    box.setInformativeText(QString::fromStdString(alert.informativeText));
+    std::vector<QPushButton*> buttons;
+    for (const auto& title : alert.buttons) {
+        buttons.push_back(box.addButton(QString::fromStdString(title), QMessageBox::ActionRole));
+    }
+    box.setDefaultButton(buttons.front());
+    box.setEscapeButton(buttons.back());
+    box.exec();
+    for (std::size_t i = 0; i < buttons.size(); ++i) {
+        if (box.clickedButton() == buttons[i]) {
+            return i;
+        }
+    }
+    return buttons.size() - 1;
+}
+
+void QtApplicationHost::print(const std::string& text) {
+    std::puts(text.c_str());
+    std::fflush(stdout);
+}
+
+void QtApplicationHost::openDesktopSettings() {
+    for (const auto* program : settingsPrograms) {
+        const auto path = QStandardPaths::findExecutable(program);
+        if (!path.isEmpty()) {
+            QProcess::startDetached(path, {});
+            return;
+        }
+    }
+}
+
+int QtApplicationHost::run() {
+    const int descriptor = openSignalDescriptor();
+    QtDescriptorWatch descriptors;
+    const auto endings = descriptors.watch(descriptor, [] { quit(0); });
+    return QApplication::exec();
+}
+
+void QtApplicationHost::quit(int exitStatus) { QApplication::exit(exitStatus); }
+
+} // namespace karto

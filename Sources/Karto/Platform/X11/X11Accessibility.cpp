@@ -1,0 +1,360 @@
+#include "Karto/Platform/X11/X11Accessibility.h"
+
+#include "Karto/Platform/X11/Icons.h"
+
+#include <algorithm>
+#include <set>
+#include <string_view>
+#include <utility>
+
+namespace karto::x11 {
+
+namespace {
+
+// How long a desktop that is still starting gets to bring up its window manager.
+constexpr std::chrono::seconds loginPatience{5};
+constexpr std::uint32_t mostWindows = 4096;
+constexpr std::uint32_t sourceIsPager = 2;
+
+// A number for a class of windows that names no process. Negative, and apart from all window identifiers.
+std::int32_t classNumber(std::string_view className) {
+    std::uint32_t hash = 2166136261U;
+    for (const char character : className) {
+        hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;
+    }
+    return -static_cast<std::int32_t>(0x4000'0000U | (hash & 0x3FFF'FFFFU));
+}
+
+std::int32_t applicationNumber(xcb_window_t window, const WindowFacts& facts) {
+    if (facts.pid > 0) {
+        return facts.pid;
+    }
+    if (facts.clientLeader != XCB_WINDOW_NONE) {
+        return -static_cast<std::int32_t>(facts.clientLeader);
+    }
+    return facts.className.empty() ? -static_cast<std::int32_t>(window) : classNumber(facts.className);
+}
+
+} // namespace
+
+X11Accessibility::X11Accessibility(Connection& connection, WindowManager& manager, Scheduler& scheduler,
+                                   SessionFacts session)
+    : connection_(connection)
+    , manager_(manager)
+    , session_(std::move(session))
+    , placer_(connection, manager, scheduler)
+    , activeChanges_(connection.observe([this](const xcb_generic_event_t& event) {
+        if (eventCode(event) != XCB_PROPERTY_NOTIFY) {
+            return;
+        }
+        const auto& change = eventAs<xcb_property_notify_event_t>(event);
+        if (change.window == connection_.root() && change.atom == connection_.atoms().netActiveWindow) {
+            lastActive_ = rootValue(change.atom, XCB_ATOM_WINDOW).value_or(XCB_WINDOW_NONE);
+        }
+    }))
+    , turnEnds_(connection.observeTurnEnds([this] {
+        placer_.send();
+        seen_.clear();
+    })) {}
+
+bool X11Accessibility::isTrusted() { return !trustProblem(); }
+
+bool X11Accessibility::requestTrust() {
+    const bool canBecomeTrusted = !session_.isWayland && !connection_.isNestedInWayland();
+    return canBecomeTrusted && manager_.awaitAlive(deadlineFromNow(loginPatience));
+}
+
+std::optional<std::string> X11Accessibility::trustProblem() {
+    if (session_.isWayland || connection_.isNestedInWayland()) {
+        return "This is a Wayland session, which lets no program move the windows of others. Karto works in "
+               "an X11 "
+               "session: choose one when you log in.";
+    }
+    if (!manager_.alive()) {
+        return "No window manager that follows EWMH is running on this display. Karto asks the window "
+               "manager to "
+               "move windows and cannot work without one.";
+    }
+    return std::nullopt;
+}
+
+void X11Accessibility::openSettings() { session_.openSettings(); }
+
+std::optional<Application> X11Accessibility::frontmostApplication() {
+    const auto window = activeWindow();
+    const auto found = window ? facts(*window) : std::nullopt;
+    if (!found) {
+        return std::nullopt;
+    }
+    return application(*window, *found);
+}
+
+std::vector<Application> X11Accessibility::runningApplications() {
+    std::vector<Application> result;
+    std::set<std::int32_t> known;
+    for (const auto& client : clients(connection_.atoms().netClientList)) {
+        auto owner = application(client.window, client.facts);
+        if (known.insert(owner.pid).second) {
+            result.push_back(std::move(owner));
+        }
+    }
+    return result;
+}
+
+std::optional<WindowHandle> X11Accessibility::focusedWindow(std::int32_t pid) {
+    const auto window = activeWindow();
+    const auto found = window ? facts(*window) : std::nullopt;
+    if (!found || !isOrdinary(*found) || applicationNumber(*window, *found) != pid) {
+        return std::nullopt;
+    }
+    return WindowHandle{*window};
+}
+
+std::optional<std::vector<WindowHandle>> X11Accessibility::windows(std::int32_t pid) {
+    std::vector<WindowHandle> result;
+    for (const auto& client : clientsOf(pid)) {
+        result.push_back({client.window});
+    }
+    return result;
+}
+
+std::shared_ptr<const Image> X11Accessibility::icon(std::int32_t pid) {
+    for (const auto& client : clientsOf(pid)) {
+        if (auto image = readIcon(connection_, client.window)) {
+            return std::make_shared<const Image>(*std::move(image));
+        }
+    }
+    return nullptr;
+}
+
+std::optional<Point> X11Accessibility::position(WindowHandle window) {
+    const auto found = facts(window.id);
+    return found ? std::optional(found->visibleFrame().origin()) : std::nullopt;
+}
+
+std::optional<Size> X11Accessibility::size(WindowHandle window) {
+    const auto found = facts(window.id);
+    return found ? std::optional(found->visibleFrame().size()) : std::nullopt;
+}
+
+bool X11Accessibility::isPositionSettable(WindowHandle window) {
+    const auto found = facts(window.id);
+    return found && found->isManaged && isOrdinary(*found);
+}
+
+bool X11Accessibility::isSizeSettable(WindowHandle window) {
+    // A window of fixed size is asked all the same: its manager keeps the size and still honours the
+    // position.
+    return isPositionSettable(window);
+}
+
+void X11Accessibility::setPosition(WindowHandle window, Point position) {
+    if (const auto now = lastSeen(window.id)) {
+        placer_.setOrigin(window.id, position, *now);
+        sendUnlessMoreFollows();
+    }
+}
+
+void X11Accessibility::setSize(WindowHandle window, Size size) {
+    if (const auto now = lastSeen(window.id)) {
+        placer_.setSize(window.id, size, *now);
+        sendUnlessMoreFollows();
+    }
+}
+
+void X11Accessibility::sendUnlessMoreFollows() {
+    if (!connection_.currentTurn()) {
+        placer_.send();
+    }
+}
+
+std::optional<bool> X11Accessibility::isStandard(WindowHandle window) {
+    const auto found = facts(window.id);
+    if (!found) {
+        return std::nullopt;
+    }
+    const bool isNormal = found->type == connection_.atoms().netWmWindowTypeNormal ||
+                          (found->type == XCB_ATOM_NONE && !found->isTransient);
+    const bool isShown = !found->desktop || found->desktop == currentDesktop();
+    return isNormal && isShown && found->isManaged && !found->isShaded && !found->skipsTaskbar;
+}
+
+std::optional<bool> X11Accessibility::isMinimized(WindowHandle window) {
+    const auto found = facts(window.id);
+    return found ? std::optional(found->isHidden) : std::nullopt;
+}
+
+std::optional<bool> X11Accessibility::isFullscreen(WindowHandle window) {
+    const auto found = facts(window.id);
+    return found ? std::optional(found->isFullscreen) : std::nullopt;
+}
+
+std::optional<std::string> X11Accessibility::title(WindowHandle window) {
+    const auto found = facts(window.id);
+    return found ? std::optional(found->title) : std::nullopt;
+}
+
+void X11Accessibility::raise(WindowHandle window) {
+    constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+    const auto restack = connection_.atoms().netRestackWindow;
+    if (manager_.supports(restack)) {
+        connection_.tellWindowManager(window.id, restack, {sourceIsPager, XCB_WINDOW_NONE, above, 0, 0});
+    } else {
+        xcb_configure_window(connection_.get(), window.id, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+    }
+    connection_.flush();
+    lastRaised_ = window.id;
+}
+
+void X11Accessibility::activate(std::int32_t pid) {
+    const auto own = clientsOf(pid);
+    if (own.empty()) {
+        return;
+    }
+    const auto raised = std::ranges::find(own, lastRaised_, &Client::window);
+    const auto window = raised != own.end() ? raised->window : own.front().window;
+    connection_.tellWindowManager(window, connection_.atoms().netActiveWindow,
+                                  {sourceIsPager, serverTime(), XCB_WINDOW_NONE, 0, 0});
+    connection_.flush();
+}
+
+std::optional<WindowFacts> X11Accessibility::facts(xcb_window_t window) {
+    const auto deadline = deadlineFromNow();
+    std::optional<WindowFacts> found;
+    if (placer_.unsettled(window) != nullptr) {
+        found = placer_.settle(window, deadline);
+    } else if (const auto known = seen_.find(window); known != seen_.end()) {
+        return known->second;
+    } else {
+        found = FactsRequest(connection_, window).receive(connection_, deadline);
+    }
+    if (found) {
+        remember(window, *found);
+    } else {
+        seen_.erase(window);
+    }
+    return found;
+}
+
+std::optional<WindowFacts> X11Accessibility::lastSeen(xcb_window_t window) {
+    // Looking at a window that was just asked for something would wait for the outcome before all is asked.
+    const auto* asked = placer_.unsettled(window);
+    return asked != nullptr ? std::optional(*asked) : facts(window);
+}
+
+void X11Accessibility::remember(xcb_window_t window, const WindowFacts& facts) {
+    if (connection_.currentTurn()) {
+        seen_.insert_or_assign(window, facts);
+    }
+}
+
+std::optional<xcb_window_t> X11Accessibility::activeWindow() {
+    if (!manager_.alive()) {
+        return std::nullopt;
+    }
+    const auto deadline = deadlineFromNow();
+    const auto request = requestProperty(connection_, connection_.root(), connection_.atoms().netActiveWindow,
+                                         XCB_ATOM_WINDOW, 1);
+    std::optional<FactsRequest> ahead;
+    const bool readsAhead = connection_.currentTurn() && lastActive_ != XCB_WINDOW_NONE &&
+                            !seen_.contains(lastActive_) && placer_.unsettled(lastActive_) == nullptr;
+    if (readsAhead) {
+        ahead.emplace(connection_, lastActive_);
+    }
+    const auto reply = connection_.await<xcb_get_property_reply_t>(request, deadline);
+    if (ahead) {
+        if (const auto found = ahead->receive(connection_, deadline)) {
+            remember(lastActive_, *found);
+        }
+    }
+    const auto value = words(reply.get());
+    lastActive_ = value.empty() ? 0 : value[0];
+    return value.empty() || value[0] == XCB_WINDOW_NONE ? std::nullopt : std::optional(value[0]);
+}
+
+std::optional<std::uint32_t> X11Accessibility::rootValue(xcb_atom_t property, xcb_atom_t type) {
+    const auto reply = connection_.await<xcb_get_property_reply_t>(
+        requestProperty(connection_, connection_.root(), property, type, 1), deadlineFromNow());
+    const auto value = words(reply.get());
+    return value.empty() ? std::nullopt : std::optional(value[0]);
+}
+
+std::optional<std::uint32_t> X11Accessibility::currentDesktop() {
+    return rootValue(connection_.atoms().netCurrentDesktop, XCB_ATOM_CARDINAL);
+}
+
+std::vector<X11Accessibility::Client> X11Accessibility::clients(xcb_atom_t list) {
+    if (!manager_.alive()) {
+        return {};
+    }
+    const auto deadline = deadlineFromNow();
+    const auto reply = connection_.await<xcb_get_property_reply_t>(
+        requestProperty(connection_, connection_.root(), list, XCB_ATOM_WINDOW, mostWindows), deadline);
+    const auto listed = words(reply.get());
+    std::vector<std::pair<xcb_window_t, std::optional<FactsRequest>>> requests;
+    for (const auto window : words(reply.get())) {
+        requests.emplace_back(
+            window, seen_.contains(window) ? std::nullopt : std::optional(FactsRequest(connection_, window)));
+    }
+    std::vector<Client> result;
+    for (const auto& [window, request] : requests) {
+        const auto found =
+            request ? request->receive(connection_, deadline) : std::optional(seen_.at(window));
+        if (!found) {
+            continue;
+        }
+        remember(window, *found);
+        if (isOrdinary(*found)) {
+            result.push_back({.window = window, .facts = *found});
+        }
+    }
+    return result;
+}
+
+std::vector<X11Accessibility::Client> X11Accessibility::clientsOf(std::int32_t pid) {
+    auto own = clients(connection_.atoms().netClientListStacking);
+    std::erase_if(
+        own, [pid](const Client& client) { return applicationNumber(client.window, client.facts) != pid; });
+    std::ranges::reverse(own);
+    return own;
+}
+
+Application X11Accessibility::application(xcb_window_t window, const WindowFacts& facts) const {
+    const auto number = applicationNumber(window, facts);
+    return {.pid = number,
+            .name = facts.className.empty() ? std::nullopt : std::optional(facts.className),
+            .isRegular = number != session_.ownProcess && isOrdinary(facts)};
+}
+
+bool X11Accessibility::isOrdinary(const WindowFacts& facts) const {
+    const auto& atoms = connection_.atoms();
+    return facts.type != atoms.netWmWindowTypeDesktop && facts.type != atoms.netWmWindowTypeDock;
+}
+
+xcb_timestamp_t X11Accessibility::serverTime() {
+    // Appending nothing to a property of one's own makes the server report its time.
+    const auto deadline = deadlineFromNow();
+    const xcb_window_t window = xcb_generate_id(connection_.get());
+    xcb_create_window(connection_.get(), 0, window, connection_.root(), -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const auto events = connection_.select(window, XCB_EVENT_MASK_PROPERTY_CHANGE);
+    xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
+                        0, nullptr);
+    xcb_timestamp_t time = XCB_CURRENT_TIME;
+    while (time == XCB_CURRENT_TIME) {
+        const auto fresh = connection_.awaitEvents(deadline);
+        if (fresh.empty()) {
+            break;
+        }
+        for (const auto* event : fresh) {
+            if (eventCode(*event) == XCB_PROPERTY_NOTIFY &&
+                eventAs<xcb_property_notify_event_t>(*event).window == window) {
+                time = eventAs<xcb_property_notify_event_t>(*event).time;
+            }
+        }
+    }
+    xcb_destroy_window(connection_.get(), window);
+    return time;
+}
+
+} // namespace karto::x11

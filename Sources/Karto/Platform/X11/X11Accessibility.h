@@ -1,0 +1,95 @@
+#pragma once
+// Windows and applications through EWMH and ICCCM.
+// What is read of a window while one event is handled is read once and together: a pressed key costs one
+// flight of requests before the window moves.
+
+#include "Karto/Platform/Accessibility.h"
+#include "Karto/Platform/Scheduler.h"
+#include "Karto/Platform/X11/Connection.h"
+#include "Karto/Platform/X11/WindowFacts.h"
+#include "Karto/Platform/X11/WindowManager.h"
+#include "Karto/Platform/X11/WindowPlacer.h"
+
+#include <sys/types.h>
+#include <xcb/xcb.h>
+
+#include <functional>
+#include <map>
+#include <optional>
+#include <vector>
+
+namespace karto::x11 {
+
+// What the process knows of the session it runs in.
+struct SessionFacts {
+    pid_t ownProcess = 0;
+    bool isWayland = false;
+    // Opens the settings of the desktop.
+    std::function<void()> openSettings;
+};
+
+class X11Accessibility final : public Accessibility {
+public:
+    X11Accessibility(Connection& connection, WindowManager& manager, Scheduler& scheduler,
+                     SessionFacts session);
+
+    bool isTrusted() override;
+    bool requestTrust() override;
+    std::optional<std::string> trustProblem() override;
+    void openSettings() override;
+
+    std::optional<Application> frontmostApplication() override;
+    std::vector<Application> runningApplications() override;
+    std::optional<WindowHandle> focusedWindow(std::int32_t pid) override;
+    std::optional<std::vector<WindowHandle>> windows(std::int32_t pid) override;
+    std::shared_ptr<const Image> icon(std::int32_t pid) override;
+
+    std::optional<Point> position(WindowHandle window) override;
+    std::optional<Size> size(WindowHandle window) override;
+    bool isPositionSettable(WindowHandle window) override;
+    bool isSizeSettable(WindowHandle window) override;
+    void setPosition(WindowHandle window, Point position) override;
+    void setSize(WindowHandle window, Size size) override;
+
+    std::optional<bool> isStandard(WindowHandle window) override;
+    std::optional<bool> isMinimized(WindowHandle window) override;
+    std::optional<bool> isFullscreen(WindowHandle window) override;
+    std::optional<std::string> title(WindowHandle window) override;
+
+    void raise(WindowHandle window) override;
+    void activate(std::int32_t pid) override;
+
+private:
+    struct Client {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        WindowFacts facts;
+    };
+
+    std::optional<WindowFacts> facts(xcb_window_t window);
+    std::optional<WindowFacts> lastSeen(xcb_window_t window);
+    void sendUnlessMoreFollows();
+    std::optional<xcb_window_t> activeWindow();
+    std::optional<std::uint32_t> currentDesktop();
+    // The windows that the manager lists under that name, except desktops and docks.
+    std::vector<Client> clients(xcb_atom_t list);
+    std::vector<Client> clientsOf(std::int32_t pid);
+    [[nodiscard]] Application application(xcb_window_t window, const WindowFacts& facts) const;
+    [[nodiscard]] bool isOrdinary(const WindowFacts& facts) const;
+    void remember(xcb_window_t window, const WindowFacts& facts);
+    std::optional<std::uint32_t> rootValue(xcb_atom_t property, xcb_atom_t type);
+    xcb_timestamp_t serverTime();
+
+    Connection& connection_;
+    WindowManager& manager_;
+    SessionFacts session_;
+    WindowPlacer placer_;
+    // What was read while the event at hand is handled.
+    std::map<xcb_window_t, WindowFacts> seen_;
+    // The window that was active when last asked; read ahead together with the question who is active now.
+    xcb_window_t lastActive_ = XCB_WINDOW_NONE;
+    xcb_window_t lastRaised_ = XCB_WINDOW_NONE;
+    Registration activeChanges_;
+    Registration turnEnds_;
+};
+
+} // namespace karto::x11

@@ -1,0 +1,115 @@
+#include "Karto/Adapters/ConfigStore.h"
+#include "Karto/Adapters/DisplayRegistry.h"
+#include "Karto/Adapters/HotkeyService.h"
+#include "Karto/Adapters/WindowService.h"
+#include "Karto/Coordinator.h"
+#include "Karto/Log.h"
+#include "Karto/Platform/Linux/InotifyFileWatch.h"
+#include "Karto/Platform/Linux/PosixFileSystem.h"
+#include "Karto/Platform/Linux/QtApplicationHost.h"
+#include "Karto/Platform/Linux/QtDescriptorWatch.h"
+#include "Karto/Platform/Linux/QtScheduler.h"
+#include "Karto/Platform/Linux/SystemClock.h"
+#include "Karto/Platform/X11/Connection.h"
+#include "Karto/Platform/X11/WindowManager.h"
+#include "Karto/Platform/X11/X11Accessibility.h"
+#include "Karto/Platform/X11/X11HotKeyCenter.h"
+#include "Karto/Platform/X11/X11Screens.h"
+#include "Karto/Startup.h"
+
+#include <fmt/format.h>
+#include <pwd.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <string_view>
+
+namespace {
+
+constexpr int displayLostStatus = 1;
+
+std::string environment(const char* name) {
+    const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
+    return value != nullptr ? value : "";
+}
+
+std::string homeDirectory() {
+    if (auto home = environment("HOME"); !home.empty()) {
+        return home;
+    }
+    const passwd* user = getpwuid(getuid()); // NOLINT(concurrency-mt-unsafe)
+    return user != nullptr ? user->pw_dir : "/";
+}
+
+void complain(std::string_view sentence) { fmt::print(stderr, "karto: {}\n", sentence); }
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    using namespace karto;
+
+    const auto home = homeDirectory();
+    PosixFileSystem files;
+    const SystemClock clock;
+    FileCheckLog log(fmt::format("{}/{}", home, FileCheckLog::relativePath), files, clock, complain);
+    const auto endWith = [&log](std::string_view sentence) {
+        log.append(sentence);
+        complain(sentence);
+        return displayLostStatus;
+    };
+
+    const bool isWayland =
+        environment("XDG_SESSION_TYPE") == "wayland" || !environment("WAYLAND_DISPLAY").empty();
+    const auto opened = x11::Connection::open();
+    if (!opened) {
+        return endWith(fmt::format("startup: {}{} — quitting", opened.error(),
+                                   isWayland ? ", and Karto cannot work in a Wayland session" : ""));
+    }
+    x11::Connection& connection = **opened;
+
+    // Windows of this program are placed in X pixels, which no other platform of the toolkit knows.
+    setenv("QT_QPA_PLATFORM", "xcb", 1); // NOLINT(concurrency-mt-unsafe)
+    QtApplicationHost host(argumentCount, arguments);
+    QtScheduler scheduler;
+    QtDescriptorWatch descriptors;
+
+    x11::WindowManager windowManager(connection);
+    x11::X11Accessibility accessibility(connection, windowManager, scheduler,
+                                        {.ownProcess = getpid(),
+                                         .isWayland = isWayland,
+                                         .openSettings = QtApplicationHost::openDesktopSettings});
+    WindowService windowService(accessibility);
+    if (!isTrustedOrExplains(windowService, host, log)) {
+        return notTrustedStatus;
+    }
+
+    InotifyFileWatch fileWatch(descriptors);
+    ConfigStore store(fmt::format("{}/{}", home, ConfigStore::relativePath), files, fileWatch, scheduler,
+                      log);
+    x11::X11Screens screens(connection, scheduler);
+    DisplayRegistry displays(screens);
+    Coordinator coordinator(windowService, displays, store, log);
+    x11::X11HotKeyCenter hotKeyCenter(connection, scheduler);
+    HotkeyService hotkeys(hotKeyCenter);
+
+    Startup startup({.host = host,
+                     .hotKeyCenter = hotKeyCenter,
+                     .store = store,
+                     .displays = displays,
+                     .coordinator = coordinator,
+                     .hotkeys = hotkeys,
+                     .log = log});
+    startup.run();
+
+    const auto managerChanges = windowManager.observeChanges([&log](bool isAlive) {
+        log.append(isAlive
+                       ? "window manager: one is running again"
+                       : "window manager: none is running any more — no window can be moved until one is");
+    });
+    connection.attach(descriptors, scheduler, [&endWith] {
+        QtApplicationHost::quit(endWith("display: the X server is gone — quitting"));
+    });
+    return host.run();
+}
