@@ -17,7 +17,7 @@ installPackages() {
     DEBIAN_FRONTEND=noninteractive "${asRoot[@]}" apt-get install -qq --no-install-recommends "${missing[@]}" >/dev/null
 }
 
-desktopPackages=(xvfb openbox dbus x11-utils x11-xserver-utils fonts-dejavu-core)
+desktopPackages=(xvfb openbox dbus x11-xserver-utils fonts-dejavu-core)
 background=()
 
 # Runs a command until the end of the script; its output goes to a file of its name in the home directory.
@@ -40,17 +40,17 @@ waitFor() {
 closeDesktop() {
     local index
     for ((index = ${#background[@]} - 1; index >= 0; --index)); do
-        kill "${background[index]}" 2>/dev/null && wait "${background[index]}" 2>/dev/null
+        kill "${background[index]}" 2>/dev/null || continue
+        wait "${background[index]}" 2>/dev/null || true
     done
-    rm -rf "$HOME"
+    rm -rf "$privateHome"
 }
-
-managerRuns() { xprop -root _NET_SUPPORTING_WM_CHECK | grep -q 'window id'; }
 
 # startDesktop: expects openbox's configuration on standard input.
 startDesktop() {
-    HOME=$(mktemp -d)
-    XDG_RUNTIME_DIR=$HOME
+    privateHome=$(mktemp -d)
+    HOME=$privateHome
+    XDG_RUNTIME_DIR=$privateHome
     export HOME XDG_RUNTIME_DIR
     unset WAYLAND_DISPLAY XDG_SESSION_TYPE XDG_CONFIG_HOME
     trap closeDesktop EXIT
@@ -64,8 +64,9 @@ startDesktop() {
     export DISPLAY DBUS_SESSION_BUS_ADDRESS
     inBackground dbus-daemon --session --nofork --address="$DBUS_SESSION_BUS_ADDRESS"
     xrandr --setmonitor left 1920/508x1080/286+0+0 screen --setmonitor right 1920/508x1080/286+1920+0 none >/dev/null
-    inBackground openbox --config-file "$HOME/openbox.xml"
-    waitFor managerRuns
+    # Announces itself before it takes windows in, and runs the command afterwards.
+    inBackground openbox --config-file "$HOME/openbox.xml" --startup "touch $HOME/managed"
+    waitFor test -e "$HOME/managed"
 }
 
 # Two halves side by side on the left display, two above each other on the right one: zones 1 to 4.
