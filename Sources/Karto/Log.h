@@ -5,6 +5,7 @@
 #include "Karto/Platform/WallClock.h"
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -27,19 +28,25 @@ public:
     // Below the home directory.
     static constexpr std::string_view relativePath = "Library/Logs/Karto/karto-check.log";
 
-    // path: the log file, absolute.
-    FileCheckLog(std::string path, FileSystem& files, const WallClock& clock);
+    // path: the log file, absolute. onProblem hears one sentence when lines begin to be lost, and no more
+    // until one was written again.
+    FileCheckLog(std::string path, FileSystem& files, const WallClock& clock,
+                 std::function<void(std::string_view)> onProblem);
 
     void append(std::string_view message) override;
 
 private:
-    AppendFile* openFile();
+    FileResult<void> write(std::string_view line);
+    FileResult<void> open();
     void rotate();
 
     std::string path_;
     FileSystem& files_;
     const WallClock& clock_;
+    std::function<void(std::string_view)> onProblem_;
+    // Null until the first line, after a rotation and after a failure.
     std::unique_ptr<AppendFile> file_;
+    bool isLosingLines_ = false;
 };
 
 } // namespace karto

@@ -81,6 +81,10 @@ public:
     // The node at the end of the path; absent when a zone is met while steps remain.
     [[nodiscard]] std::optional<LayoutNode> node(const NodePath& path) const;
 
+    // The tree with the node at `path` replaced; the unchanged tree when a zone is met while steps remain.
+    // Only the splits above the node are new, everything else is shared with this tree.
+    [[nodiscard]] LayoutNode replacing(const NodePath& path, LayoutNode replacement) const;
+
     // The tree with the leaf at `path` changed by `body`; the unchanged tree when the path does not end on a
     // leaf.
     [[nodiscard]] LayoutNode updateLeaf(const NodePath& path,
@@ -98,6 +102,10 @@ struct Split {
     double at = 0.5;
     LayoutNode first;
     LayoutNode second;
+
+    [[nodiscard]] const LayoutNode& child(Branch branch) const;
+    // The part of `region`, this split's own, that goes to the child.
+    [[nodiscard]] NormRect childRegion(Branch branch, const NormRect& region) const;
 
     bool operator==(const Split&) const = default;
 };

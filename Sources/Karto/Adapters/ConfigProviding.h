@@ -24,7 +24,10 @@ enum class ConfigChangeEvent : std::uint8_t {
 
 // Why a configuration was not saved; the message is final.
 struct SaveError {
+    enum class Kind : std::uint8_t { invalidConfiguration, notWritten };
+
     std::string message;
+    Kind kind = Kind::notWritten;
 
     bool operator==(const SaveError&) const = default;
 };

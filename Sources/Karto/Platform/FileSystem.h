@@ -37,7 +37,8 @@ class FileSystem {
 public:
     virtual ~FileSystem() = default;
 
-    // The path with every symbolic link on the way resolved, as far as it exists.
+    // The path with every symbolic link on the way resolved, also that of a dangling link; unchanged when the
+    // links lead in a circle.
     virtual std::string resolvingLinks(const std::string& path) = 0;
 
     // Whether something stands at the path itself; a dangling link counts.
@@ -53,7 +54,9 @@ public:
     virtual FileResult<std::unique_ptr<AppendFile>> openForAppending(const std::string& path) = 0;
 
     // Replaces the file as a whole: whoever reads it, and whatever happens, finds the old bytes or the new
-    // ones. Keeps the permissions and owner of a file that stands there; the data is on disk when it returns.
+    // ones. Keeps the permissions of a file that stands there, and its owner as far as allowed; a new one may
+    // be read by everyone and written by its owner, less what the umask takes away. The data is on disk when
+    // it returns.
     virtual FileResult<void> writeAtomically(const std::string& path, std::string_view bytes) = 0;
 
     virtual FileResult<void> rename(const std::string& from, const std::string& to) = 0;

@@ -13,8 +13,9 @@ class FileWatch {
 public:
     virtual ~FileWatch() = default;
 
-    // Calls back after the file that stands at the path now was written, renamed or deleted, or another was
-    // put in its place; several changes may come as one. Absent when there is no file to watch.
+    // Calls back after the file that the path leads to now was written, renamed or deleted, or the path came
+    // to lead elsewhere: another file was put in its place, or a link or folder on the way replaced. Several
+    // changes may come as one. Absent when there is no file to watch. The callback may end the registration.
     virtual std::optional<Registration> watch(const std::string& path, std::function<void()> onChange) = 0;
 };
 

@@ -44,6 +44,7 @@ std::size_t QtApplicationHost::runAlert(const Alert& alert) {
     QMessageBox box(QMessageBox::Warning, "Karto", QString::fromStdString(alert.message));
     box.setInformativeText(QString::fromStdString(alert.informativeText));
     std::vector<QPushButton*> buttons;
+    buttons.reserve(alert.buttons.size());
     for (const auto& title : alert.buttons) {
         buttons.push_back(box.addButton(QString::fromStdString(title), QMessageBox::ActionRole));
     }

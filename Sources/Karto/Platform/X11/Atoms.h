@@ -5,6 +5,7 @@
 
 #include <array>
 #include <string_view>
+#include <utility>
 
 namespace karto::x11 {
 
@@ -43,10 +44,7 @@ struct Atoms {
     xcb_atom_t edid = XCB_ATOM_NONE;
 };
 
-struct AtomName {
-    xcb_atom_t Atoms::* atom;
-    std::string_view name;
-};
+using AtomName = std::pair<xcb_atom_t Atoms::*, std::string_view>;
 
 inline constexpr std::array atomNames{
     AtomName{&Atoms::gtkFrameExtents, "_GTK_FRAME_EXTENTS"},

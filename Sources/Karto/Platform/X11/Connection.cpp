@@ -52,13 +52,13 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
         xcb_query_extension(connection, waylandExtension.size(), waylandExtension.data());
     std::array<xcb_intern_atom_cookie_t, atomNames.size()> cookies{};
     std::ranges::transform(atomNames, cookies.begin(), [connection](const AtomName& entry) {
-        return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(entry.name.size()),
-                               entry.name.data());
+        return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(entry.second.size()),
+                               entry.second.data());
     });
     const auto deadline = deadlineFromNow();
     for (std::size_t i = 0; i < cookies.size(); ++i) {
         if (const auto reply = await<xcb_intern_atom_reply_t>(cookies[i], deadline)) {
-            atoms_.*atomNames[i].atom = reply->atom;
+            atoms_.*atomNames[i].first = reply->atom;
         }
     }
     const auto wayland = await<xcb_query_extension_reply_t>(waylandRequest, deadline);
@@ -184,7 +184,7 @@ std::optional<std::uint64_t> Connection::currentTurn() const {
 }
 
 void Connection::tellWindowManager(xcb_window_t window, xcb_atom_t type,
-                                   const std::array<std::uint32_t, 5>& words) {
+                                   const std::array<std::uint32_t, 5>& words) const {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;

@@ -95,9 +95,10 @@ public:
     [[nodiscard]] Registration observeTurnEnds(std::function<void()> onTurnEnd);
 
     // Sends a client message about a window to the window manager.
-    void tellWindowManager(xcb_window_t window, xcb_atom_t type, const std::array<std::uint32_t, 5>& words);
+    void tellWindowManager(xcb_window_t window, xcb_atom_t type,
+                           const std::array<std::uint32_t, 5>& words) const;
 
-    void flush() { xcb_flush(get()); }
+    void flush() const { xcb_flush(get()); }
 
 private:
     struct Disconnect {
@@ -109,7 +110,7 @@ private:
     Connection(xcb_connection_t* connection, int screenNumber);
 
     void* awaitReply(unsigned sequence, Deadline deadline);
-    bool waitReadable(Deadline deadline) const;
+    [[nodiscard]] bool waitReadable(Deadline deadline) const;
     // Moves what xcb has read already into the line.
     void takeReadEvents();
     // Makes sure that events in line are handed out although the socket has nothing new to read.

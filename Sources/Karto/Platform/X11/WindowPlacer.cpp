@@ -195,13 +195,12 @@ std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline de
     }
     bool hasChanged = false;
     while (true) {
-        const auto facts = FactsRequest(connection_, window).receive(connection_, deadlineFromNow());
+        auto facts = FactsRequest(connection_, window).receive(connection_, deadlineFromNow());
         if (!facts) {
             placements_.erase(window);
             return std::nullopt;
         }
-        bool isDone = advance(window, asked, *facts);
-        if (!isDone) {
+        if (!advance(window, asked, *facts)) {
             const auto patience = asked.wasMaximized ? shortQuiet : quiet;
             const auto until = hasChanged ? std::min(deadline, deadlineFromNow(patience)) : deadline;
             if (awaitChange(window, until)) {

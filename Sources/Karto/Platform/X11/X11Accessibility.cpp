@@ -290,7 +290,6 @@ std::vector<X11Accessibility::Client> X11Accessibility::clients(xcb_atom_t list)
     const auto deadline = deadlineFromNow();
     const auto reply = connection_.await<xcb_get_property_reply_t>(
         requestProperty(connection_, connection_.root(), list, XCB_ATOM_WINDOW, mostWindows), deadline);
-    const auto listed = words(reply.get());
     std::vector<std::pair<xcb_window_t, std::optional<FactsRequest>>> requests;
     for (const auto window : words(reply.get())) {
         requests.emplace_back(

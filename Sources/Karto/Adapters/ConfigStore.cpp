@@ -1,0 +1,163 @@
+#include "Karto/Adapters/ConfigStore.h"
+
+#include "KartoCore/ConfigReading.h"
+#include "KartoCore/TOMLWriter.h"
+
+#include <fmt/format.h>
+
+#include <filesystem>
+#include <utility>
+
+namespace karto {
+
+namespace {
+
+using namespace std::chrono_literals;
+
+// A program that replaces a file takes more than one step; watching again waits until it is through.
+constexpr auto rearmDelay = 100ms;
+constexpr auto missingFilePoll = 1000ms;
+
+std::unexpected<SaveError> notWritten(FileError error) {
+    return std::unexpected(
+        SaveError{.message = std::move(error.message), .kind = SaveError::Kind::notWritten});
+}
+
+} // namespace
+
+ConfigStore::ConfigStore(std::string path, FileSystem& files, FileWatch& fileWatch, Scheduler& scheduler,
+                         CheckLog& log)
+    : path_(std::move(path))
+    , files_(files)
+    , fileWatch_(fileWatch)
+    , scheduler_(scheduler)
+    , log_(log) {}
+
+void ConfigStore::start(std::function<void(ConfigChangeEvent)> onChange) {
+    if (std::exchange(isStarted_, true)) {
+        return;
+    }
+    onChange_ = std::move(onChange);
+    reload();
+    watch();
+}
+
+ConfigChangeEvent ConfigStore::reload() {
+    lastRead_ = read();
+    if (lastRead_) {
+        return take(*lastRead_);
+    }
+    // A missing file is no error to show.
+    const auto& error = lastRead_.error();
+    return fail(error.kind == FileError::Kind::notFound ? std::nullopt : std::optional(error.message));
+}
+
+ConfigChangeEvent ConfigStore::take(const std::string& bytes) {
+    // Before everything else, so that the names are known also of a file that is refused below.
+    renamedHotkeyNames_ = HotkeyNameMigration::renames(readHotkeyNamesAsWritten(bytes).keys);
+    if (std::exchange(pendingOwnWrite_, std::nullopt) == bytes) {
+        return ConfigChangeEvent::ownWriteSuppressed;
+    }
+    auto config = readConfig(bytes);
+    if (!config && KartoConfig::looksLikeLegacyFormat(bytes)) {
+        return fail("layout format changed — open Settings to pick a new layout", true);
+    }
+    if (!config) {
+        return fail(config.error().describe());
+    }
+    if (const auto valid = config->validate(); !valid) {
+        return fail(message(valid.error()));
+    }
+    current_ = std::make_shared<const KartoConfig>(*std::move(config));
+    snapshot_ = current_;
+    lastError_.reset();
+    isLegacyFormat_ = false;
+    if (const auto backedUp = refreshBackup(); !backedUp) {
+        log_.append(
+            fmt::format("config: could not write backup to {} — {}", backupPath(), backedUp.error().message));
+    }
+    return ConfigChangeEvent::reloadedFromDisk;
+}
+
+ConfigChangeEvent ConfigStore::fail(std::optional<std::string> error, bool isLegacyFormat) {
+    lastError_ = std::move(error);
+    isLegacyFormat_ = isLegacyFormat;
+    return ConfigChangeEvent::reloadFailed;
+}
+
+std::expected<void, SaveError> ConfigStore::save(const KartoConfig& config) {
+    if (const auto valid = config.validate(); !valid) {
+        return std::unexpected(
+            SaveError{.message = message(valid.error()), .kind = SaveError::Kind::invalidConfiguration});
+    }
+    auto text = TOMLWriter::write(config);
+    const auto target = resolvedPath();
+    const auto folder = std::filesystem::path(target).parent_path();
+    if (auto created = files_.createDirectories(folder); !created) {
+        return notWritten(std::move(created).error());
+    }
+    if (auto written = files_.writeAtomically(target, text); !written) {
+        return notWritten(std::move(written).error());
+    }
+    pendingOwnWrite_ = std::move(text);
+    current_ = std::make_shared<const KartoConfig>(config);
+    lastError_.reset();
+    return {};
+}
+
+void ConfigStore::takeSnapshot() {
+    snapshot_ = current_;
+    std::ignore = refreshBackup();
+}
+
+std::expected<void, SaveError> ConfigStore::restoreSnapshot() {
+    if (!snapshot_) {
+        return {};
+    }
+    return save(*snapshot_);
+}
+
+std::string ConfigStore::resolvedPath() const { return files_.resolvingLinks(path_); }
+
+std::string ConfigStore::backupPath() const { return resolvedPath() + ".bak"; }
+
+FileResult<std::string> ConfigStore::read() const { return files_.read(resolvedPath(), maximumBytes); }
+
+FileResult<void> ConfigStore::refreshBackup() {
+    const auto bytes = read();
+    if (!bytes) {
+        return {};
+    }
+    return files_.writeAtomically(backupPath(), *bytes);
+}
+
+void ConfigStore::watch() {
+    auto fileChanges = fileWatch_.watch(path_, callbacks_.wrap([this] {
+        reloadAndNotify();
+        watchLater(rearmDelay);
+    }));
+    if (!fileChanges) {
+        watchLater(missingFilePoll);
+    } else {
+        fileChanges_ = *std::move(fileChanges);
+    }
+    // Nobody reported what happened to the file since it was read last: between two watches, while it was
+    // missing, or where nothing more can be watched. Without this look the program could stay on a stale file
+    // for ever.
+    if (read() != lastRead_) {
+        reloadAndNotify();
+    }
+}
+
+void ConfigStore::watchLater(std::chrono::milliseconds delay) {
+    fileChanges_.reset();
+    nextAttempt_ = scheduler_.after(delay, callbacks_.wrap([this] { watch(); }));
+}
+
+void ConfigStore::reloadAndNotify() {
+    if (onChange_) {
+        onChange_(reload());
+    }
+}
+
+} // namespace karto

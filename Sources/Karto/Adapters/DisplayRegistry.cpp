@@ -1,0 +1,36 @@
+#include "Karto/Adapters/DisplayRegistry.h"
+
+#include <utility>
+
+namespace karto {
+
+DisplayRegistry::DisplayRegistry(Screens& screens)
+    : screens_(screens) {
+    changes_ = screens_.observeChanges(callbacks_.wrap([this] { cache_.reset(); }));
+}
+
+const std::vector<DisplayInfo>& DisplayRegistry::displays() {
+    if (!cache_) {
+        cache_ = readDisplays();
+    }
+    return *cache_;
+}
+
+Rect DisplayRegistry::flip(const Rect& rect, const Rect& primaryScreen) {
+    return {.x = rect.x, .y = primaryScreen.maxY() - rect.maxY(), .width = rect.width, .height = rect.height};
+}
+
+std::vector<DisplayInfo> DisplayRegistry::readDisplays() const {
+    auto screens = screens_.screens();
+    const bool flipped = screens_.verticalAxis() == VerticalAxis::up;
+    std::vector<DisplayInfo> displays;
+    displays.reserve(screens.size());
+    for (Screen& screen : screens) {
+        displays.push_back(
+            {.name = std::move(screen.name),
+             .frame = flipped ? flip(screen.visibleFrame, screens.front().frame) : screen.visibleFrame});
+    }
+    return displays;
+}
+
+} // namespace karto

@@ -1,0 +1,95 @@
+#include "KartoCore/LayoutTree.h"
+
+#include "KartoCore/Membership.h"
+#include "Support/Trees.h"
+
+#include <gtest/gtest.h>
+#include <rapidcheck/gtest.h>
+
+namespace karto {
+
+namespace {
+
+using enum Branch;
+using testing::columns, testing::rows, testing::zone;
+
+constexpr Rect unit{.x = 0, .y = 0, .width = 1, .height = 1};
+
+TEST(LayoutTree, zonesAreListedLeftBeforeRightAndTopBeforeBottom) {
+    const LayoutNode tree = columns(0.5, zone(), rows(0.25, zone(7), zone()));
+    const std::vector<TreeZone> expected{
+        {.rect = {.x = 0, .y = 0, .w = 0.5, .h = 1}, .leaf = {}, .path = {{first}}},
+        {.rect = {.x = 0.5, .y = 0, .w = 0.5, .h = 0.25}, .leaf = {7}, .path = {{second, first}}},
+        {.rect = {.x = 0.5, .y = 0.25, .w = 0.5, .h = 0.75}, .leaf = {}, .path = {{second, second}}},
+    };
+    EXPECT_EQ(tree.zones(NormRect::full()), expected);
+}
+
+RC_GTEST_PROP(LayoutTree, zonesTileTheDisplay, ()) {
+    double area = 0;
+    std::vector<Rect> rects;
+    for (const TreeZone& zone : (*testing::trees()).zones(NormRect::full())) {
+        const Rect rect = zone.rect.pixelRect(unit);
+        area += rect.area();
+        RC_ASSERT(!Membership::holder(rect, rects));
+        rects.push_back(rect);
+    }
+    RC_ASSERT(area == 1);
+}
+
+RC_GTEST_PROP(LayoutTree, anEditChangesItsLeafAloneAndSharesTheRest, ()) {
+    const LayoutNode tree = *testing::trees();
+    const std::vector<TreeZone> before = tree.zones(NormRect::full());
+    const std::size_t edited = *rc::gen::inRange<std::size_t>(0, before.size());
+    const NodePath path = before[edited].path;
+
+    const LayoutNode result = tree.updateLeaf(path, [](ZoneLeaf& leaf) { leaf.pinnedOrder = 99; });
+
+    RC_ASSERT(tree.zones(NormRect::full()) == before);
+    std::vector<TreeZone> after = before;
+    after[edited].leaf.pinnedOrder = 99;
+    RC_ASSERT(result.zones(NormRect::full()) == after);
+    RC_ASSERT(result != tree);
+    for (auto above = path.parent(); above; above = above->parent()) {
+        const Branch untouched = path.branches[above->branches.size()] == first ? second : first;
+        const NodePath sibling = above->appending(untouched);
+        RC_ASSERT(result.node(sibling).transform(&LayoutNode::split) ==
+                  tree.node(sibling).transform(&LayoutNode::split));
+    }
+}
+
+TEST(LayoutTree, aPathThatEndsOnNoLeafChangesNothing) {
+    const LayoutNode tree = columns(0.5, zone(), rows(0.25, zone(), zone()));
+    for (const NodePath& path : {NodePath{}, {{second}}, {{first, first}}, {{second, second, first}}}) {
+        const LayoutNode edited = tree.updateLeaf(path, [](ZoneLeaf& leaf) { leaf.pinnedOrder = 1; });
+        EXPECT_EQ(edited.split(), tree.split()) << "steps: " << path.branches.size();
+    }
+    EXPECT_FALSE(tree.node({{first, first}}));
+    EXPECT_EQ(tree.replacing({{second}}, zone(3)), columns(0.5, zone(), zone(3)));
+}
+
+TEST(LayoutTree, casesAreNamedByTheirExactRawNames) {
+    EXPECT_EQ(axisNamed(rawName(Axis::horizontal)), Axis::horizontal);
+    EXPECT_EQ(orientationNamed("portrait"), Orientation::portrait);
+    EXPECT_FALSE(axisNamed("Vertical"));
+    EXPECT_FALSE(orientationNamed(""));
+}
+
+TEST(Geometry, overlapsAreMeasuredAndTiesGoToTheEarlierCandidate) {
+    const Rect square{.x = 0, .y = 0, .width = 10, .height = 10};
+    const Rect beside{.x = 10, .y = 0, .width = 10, .height = 10};
+    const Rect across{.x = 5, .y = 0, .width = 10, .height = 10};
+    EXPECT_EQ(iou(square, square), 1);
+    EXPECT_EQ(iou(square, beside), 0);
+    EXPECT_EQ(iou(square, Rect{.x = 5, .y = 5, .width = 0, .height = 0}), 0);
+    EXPECT_EQ(Membership::holder(across, std::vector{beside, square}), 0);
+    EXPECT_EQ(Membership::holder(square, std::vector{beside, across, square}), 2);
+    EXPECT_FALSE(Membership::holder(square, std::vector{beside}));
+    EXPECT_EQ((NormRect{.x = 0.5, .y = 0.25, .w = 0.5, .h = 0.75}.pixelRect({100, 50, 1000, 800})),
+              (Rect{.x = 600, .y = 250, .width = 500, .height = 600}));
+    EXPECT_EQ(orientationOf(square), Orientation::landscape);
+}
+
+} // namespace
+
+} // namespace karto
