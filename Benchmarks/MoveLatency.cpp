@@ -20,6 +20,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <exception>
+#include <random>
 #include <span>
 #include <stdexcept>
 #include <string>
@@ -75,16 +76,16 @@ public:
             warmUp(contestant, series.zones[1]);
             warmUp(contestant, series.zones[0]);
         }
-        const std::size_t count = contestants_.size();
-        std::vector<std::vector<Microseconds>> latencies(count);
-        std::size_t turn = 0;
+        std::vector<std::size_t> order(contestants_.size());
+        std::ranges::generate(order, [next = std::size_t{0}] mutable { return next++; });
+        std::vector<std::vector<Microseconds>> latencies(order.size());
+        std::size_t target = 0;
         for (int round = 0; round < moves; ++round) {
-            // With an even count every contestant would always make the same of the two moves.
-            const std::size_t shift = count % 2 == 0 ? static_cast<std::size_t>(round) : 0;
-            for (std::size_t place = 0; place < count; ++place, ++turn) {
-                const std::size_t index = (place + shift) % count;
-                latencies[index].push_back(
-                    measuredMove(contestants_[index], series.zones[(turn + 1) % series.zones.size()]));
+            // Nobody profits from always following the same one.
+            std::ranges::shuffle(order, randomness_);
+            for (const std::size_t index : order) {
+                target = 1 - target;
+                latencies[index].push_back(measuredMove(contestants_[index], series.zones.at(target)));
             }
         }
         return latencies;
@@ -124,6 +125,7 @@ private:
     TargetWindow window_;
     std::span<const Box, 3> zones_;
     std::span<const Contestant> contestants_;
+    std::mt19937 randomness_; // the same order in every run
 };
 
 // The value below which this share of the values lies; sorts them.
