@@ -49,7 +49,12 @@ void Startup::run() {
     services_.host.print(bannerText(store.hotkeyModifiers(), store.commandKeys()));
 }
 
-void Startup::dispatch(const KartoCommand& command) { services_.coordinator.handle(command); }
+void Startup::dispatch(const KartoCommand& command) {
+    // There is nothing to cancel while no windows are cycled.
+    if (command != KartoCommand::cancelCycling) {
+        services_.coordinator.handle(command);
+    }
+}
 
 void Startup::configChanged() {
     reportConfig("config reload");

@@ -11,6 +11,7 @@
 #include "Karto/Platform/Linux/QtScheduler.h"
 #include "Karto/Platform/Linux/SystemClock.h"
 #include "Karto/Platform/X11/Connection.h"
+#include "Karto/Platform/X11/SingleInstance.h"
 #include "Karto/Platform/X11/WindowManager.h"
 #include "Karto/Platform/X11/X11Accessibility.h"
 #include "Karto/Platform/X11/X11HotKeyCenter.h"
@@ -28,7 +29,7 @@
 
 namespace {
 
-constexpr int displayLostStatus = 1;
+constexpr int failureStatus = 1;
 
 std::string environment(const char* name) {
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
@@ -57,7 +58,7 @@ int main(int argumentCount, char** arguments) {
     const auto endWith = [&log](std::string_view sentence) {
         log.append(sentence);
         complain(sentence);
-        return displayLostStatus;
+        return failureStatus;
     };
 
     const bool isWayland =
@@ -68,6 +69,9 @@ int main(int argumentCount, char** arguments) {
                                    isWayland ? ", and Karto cannot work in a Wayland session" : ""));
     }
     x11::Connection& connection = **opened;
+    if (!x11::claimDisplay(connection)) {
+        return endWith("startup: Karto is running on this display already — quitting");
+    }
 
     // Windows of this program are placed in X pixels, which no other platform of the toolkit knows.
     setenv("QT_QPA_PLATFORM", "xcb", 1); // NOLINT(concurrency-mt-unsafe)

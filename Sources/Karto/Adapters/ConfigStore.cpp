@@ -1,6 +1,7 @@
 #include "Karto/Adapters/ConfigStore.h"
 
 #include "KartoCore/ConfigReading.h"
+#include "KartoCore/HotkeyNamesAsWritten.h"
 #include "KartoCore/TOMLWriter.h"
 
 #include <fmt/format.h>

@@ -1,5 +1,7 @@
 #include "Karto/Platform/X11/Connection.h"
 
+#include "Karto/Platform/X11/Extensions.h"
+
 #include <fmt/format.h>
 #include <poll.h>
 #include <xcb/res.h>
@@ -15,9 +17,12 @@ namespace karto::x11 {
 
 namespace {
 
+// At login a window manager may hold the server for a while.
+constexpr std::chrono::seconds firstAnswerBound{5};
+
 std::string connectionProblem(int error) {
-    const char* display = std::getenv("DISPLAY"); // NOLINT(concurrency-mt-unsafe)
-    if (display == nullptr || *display == '\0') {
+    const auto display = Connection::displayName();
+    if (display.empty()) {
         return "no X display is named (DISPLAY is not set)";
     }
     if (error == XCB_CONN_CLOSED_PARSE_ERR) {
@@ -35,11 +40,24 @@ std::expected<std::unique_ptr<Connection>, std::string> Connection::open() {
         xcb_disconnect(connection);
         return std::unexpected(connectionProblem(error));
     }
-    return std::unique_ptr<Connection>(new Connection(connection, screenNumber));
+    std::unique_ptr<Connection> result(new Connection(connection, screenNumber));
+    if (result->atoms_.*atomNames.back().first == XCB_ATOM_NONE) {
+        return std::unexpected(fmt::format("the X display \"{}\" does not answer", displayName()));
+    }
+    return result;
+}
+
+std::string Connection::displayName() {
+    const char* display = std::getenv("DISPLAY"); // NOLINT(concurrency-mt-unsafe)
+    return display == nullptr ? "" : display;
 }
 
 Connection::Connection(xcb_connection_t* connection, int screenNumber)
     : connection_(connection) {
+    // The answers are here before those for the atoms.
+    for (xcb_extension_t* extension : extensions) {
+        xcb_prefetch_extension_data(connection, extension);
+    }
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
     for (int i = 0; i < screenNumber && screens.rem > 1; ++i) {
         xcb_screen_next(&screens);
@@ -47,7 +65,6 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
     screen_ = screens.data;
 
     constexpr std::string_view waylandExtension = "XWAYLAND";
-    xcb_prefetch_extension_data(connection, &xcb_res_id);
     const auto waylandRequest =
         xcb_query_extension(connection, waylandExtension.size(), waylandExtension.data());
     std::array<xcb_intern_atom_cookie_t, atomNames.size()> cookies{};
@@ -55,7 +72,7 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
         return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(entry.second.size()),
                                entry.second.data());
     });
-    const auto deadline = deadlineFromNow();
+    const auto deadline = deadlineFromNow(firstAnswerBound);
     for (std::size_t i = 0; i < cookies.size(); ++i) {
         if (const auto reply = await<xcb_intern_atom_reply_t>(cookies[i], deadline)) {
             atoms_.*atomNames[i].first = reply->atom;

@@ -42,6 +42,9 @@ public:
     // Connects to the display of the environment. The error is a sentence for a person.
     static std::expected<std::unique_ptr<Connection>, std::string> open();
 
+    // The display's name in the environment.
+    static std::string displayName();
+
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
     Connection(Connection&&) = delete;

@@ -1,0 +1,59 @@
+#include "Karto/Platform/X11/X11ModifierEvents.h"
+
+#include <utility>
+
+namespace karto::x11 {
+
+X11ModifierEvents::X11ModifierEvents(Connection& connection)
+    : connection_(connection)
+    , xkb_(Xkb::use(connection)) {
+    if (!xkb_) {
+        return;
+    }
+    xkb_->selectKeyboardChanges();
+    xkb_->selectHeldModifiers();
+    events_ =
+        connection_.observe(callbacks_.wrap([this](const xcb_generic_event_t& event) { handle(event); }));
+    held();
+}
+
+Registration X11ModifierEvents::observe(std::function<void(ModifierFlags)> onChange) {
+    return xkb_ ? observers_.add(std::move(onChange)) : Registration();
+}
+
+ModifierFlags X11ModifierEvents::held() {
+    if (!xkb_) {
+        return {};
+    }
+    const auto request = xcb_xkb_get_state(connection_.get(), coreKeyboard);
+    const auto state = connection_.await<xcb_xkb_get_state_reply_t>(request, deadlineFromNow());
+    if (state) {
+        held_ = flags(unsigned{state->baseMods} | state->latchedMods);
+    }
+    return held_;
+}
+
+void X11ModifierEvents::handle(const xcb_generic_event_t& event) {
+    if (xkb_->isKeyboardChange(event)) {
+        masksAreCurrent_ = false;
+        return;
+    }
+    const auto* const news = xkb_->heldModifiers(event);
+    if (news == nullptr) {
+        return;
+    }
+    held_ = flags(unsigned{news->baseMods} | news->latchedMods);
+    observers_.notify(held_);
+}
+
+ModifierFlags X11ModifierEvents::flags(unsigned realModifiers) {
+    if (!masksAreCurrent_) {
+        if (const auto keyboard = readKeyboard(connection_)) {
+            masks_ = keyboard->map.modifiers;
+            masksAreCurrent_ = true;
+        }
+    }
+    return {.bits = masks_.modifierBits(static_cast<std::uint8_t>(realModifiers))};
+}
+
+} // namespace karto::x11

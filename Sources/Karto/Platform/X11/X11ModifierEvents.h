@@ -1,0 +1,38 @@
+#pragma once
+// The modifier keys held, as the keyboard extension reports them.
+
+#include "Karto/Platform/ModifierEvents.h"
+#include "Karto/Platform/Observers.h"
+#include "Karto/Platform/WeakCallbacks.h"
+#include "Karto/Platform/X11/Connection.h"
+#include "Karto/Platform/X11/Keyboard.h"
+#include "Karto/Platform/X11/Xkb.h"
+
+#include <cstdint>
+#include <optional>
+
+namespace karto::x11 {
+
+class X11ModifierEvents final : public ModifierEvents {
+public:
+    explicit X11ModifierEvents(Connection& connection);
+
+    Registration observe(std::function<void(ModifierFlags)> onChange) override;
+    ModifierFlags held() override;
+
+private:
+    void handle(const xcb_generic_event_t& event);
+    // The program's bits for real modifiers, by the keyboard as it is now.
+    ModifierFlags flags(unsigned realModifiers);
+
+    Connection& connection_;
+    std::optional<Xkb> xkb_;
+    ModifierMasks masks_;
+    bool masksAreCurrent_ = false;
+    ModifierFlags held_;
+    Observers<ModifierFlags> observers_;
+    Registration events_;
+    WeakCallbacks callbacks_;
+};
+
+} // namespace karto::x11

@@ -1,0 +1,27 @@
+#include "KartoCore/HotkeyNamesAsWritten.h"
+
+#include "KartoCore/TomlDocument.h"
+
+namespace karto {
+
+HotkeyNamesAsWritten readHotkeyNamesAsWritten(std::string_view bytes) {
+    const auto document = parseTomlDocument(bytes);
+    if (!document) {
+        return {};
+    }
+    const toml::table* const table = (*document)["hotkeys"]["keys"].as_table();
+    if (table == nullptr) {
+        return {};
+    }
+    std::map<std::string, std::string> keys;
+    for (const auto& entry : *table) {
+        const auto keyName = entry.second.value_exact<std::string>();
+        if (!keyName) {
+            return {};
+        }
+        keys.emplace(entry.first.str(), *keyName);
+    }
+    return {.keys = std::move(keys)};
+}
+
+} // namespace karto

@@ -1,0 +1,20 @@
+#pragma once
+// A second, tolerant reading of the configuration file: its key table before former command names give way to
+// current ones, so that they can be reported even when the file as a whole does not read.
+
+#include "KartoCore/HotkeyNameMigration.h"
+
+#include <string_view>
+
+namespace karto {
+
+struct HotkeyNamesAsWritten {
+    // Absent without a key table that holds nothing but strings, and for text that is no TOML.
+    HotkeyNameMigration::KeyTable keys;
+
+    bool operator==(const HotkeyNamesAsWritten&) const = default;
+};
+
+HotkeyNamesAsWritten readHotkeyNamesAsWritten(std::string_view bytes);
+
+} // namespace karto

@@ -1,0 +1,188 @@
+#include "Karto/Adapters/KeyCodes.h"
+#include "Karto/Platform/Observers.h"
+#include "Karto/Platform/X11/Edid.h"
+#include "Karto/Platform/X11/Keyboard.h"
+#include "Karto/Platform/X11/PressFilter.h"
+#include "Karto/Platform/X11/Struts.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <set>
+
+namespace karto::x11 {
+
+namespace {
+
+constexpr xcb_keycode_t keyA = 38;
+constexpr xcb_keycode_t keyB = 56;
+constexpr xcb_keycode_t shiftKey = 50;
+
+// Every key but Shift repeats after 400 ms, every 40 ms.
+KeyRepetition repetition() {
+    KeyRepetition result{.delay = std::chrono::milliseconds(400), .interval = std::chrono::milliseconds(40)};
+    result.keys.fill(0xFF);
+    result.keys.at(shiftKey / 8) &= static_cast<std::uint8_t>(~(1U << (shiftKey % 8U)));
+    return result;
+}
+
+struct KeyEvent {
+    enum class Kind : std::uint8_t { down, again, up };
+
+    Kind kind = Kind::down;
+    xcb_keycode_t key = 0;
+    xcb_timestamp_t time = 0;
+};
+
+constexpr auto down = KeyEvent::Kind::down;
+constexpr auto again = KeyEvent::Kind::again;
+constexpr auto up = KeyEvent::Kind::up;
+
+void expectToTellApart(const std::vector<KeyEvent>& events, const KeyRepetition& repetition) {
+    PressFilter filter;
+    for (const KeyEvent& event : events) {
+        if (event.kind == up) {
+            filter.released(event.key, repetition);
+        } else {
+            EXPECT_EQ(filter.pressed(event.key, event.time, repetition), event.kind == down)
+                << "at " << event.time;
+        }
+    }
+}
+
+constexpr Size desktop{.width = 3000, .height = 1200};
+// Side by side, the right one lower and shorter.
+constexpr Rect leftMonitor{.x = 0, .y = 0, .width = 1920, .height = 1200};
+constexpr Rect rightMonitor{.x = 1920, .y = 100, .width = 1080, .height = 1000};
+
+std::vector<Rect> visibleFrames(const std::vector<std::uint32_t>& partial,
+                                const std::vector<std::uint32_t>& plain = {}) {
+    const auto bands = struts(partial, plain, desktop);
+    return {visibleFrame(leftMonitor, desktop, bands), visibleFrame(rightMonitor, desktop, bands)};
+}
+
+} // namespace
+
+TEST(KeyNames, everyKeyOfTheProgramHasAPlaceOfItsOwn) {
+    std::vector<std::uint32_t> codes{escapeKeyCode};
+    std::ranges::transform(ZoneDigits::codes, std::back_inserter(codes), &ZoneDigits::DigitKey::keyCode);
+    for (const auto name : CommandKey::vocabulary) {
+        codes.push_back(carbonKeyCode(*CommandKey::named(name)).value());
+    }
+    std::set<std::string_view> names;
+    for (const auto code : codes) {
+        names.insert(keyName(code).value_or("missing"));
+    }
+    EXPECT_FALSE(names.contains("missing"));
+    EXPECT_EQ(names.size(), 43U);
+    EXPECT_EQ(keyName(53), "ESC");
+    EXPECT_EQ(keyName(22), "AE06");
+    EXPECT_EQ(keyName(999), std::nullopt);
+}
+
+TEST(ModifierMasks, translateBothWaysAndRefuseWhatTheKeyboardLacks) {
+    const ModifierMasks masks{.shift = 1, .command = 64, .control = 4, .option = 0};
+    EXPECT_EQ(masks.realModifiers(HotKeyMask::shift | HotKeyMask::command | HotKeyMask::control), 69);
+    EXPECT_EQ(masks.realModifiers(HotKeyMask::shift | HotKeyMask::option), std::nullopt);
+    constexpr std::uint8_t commandAndLocks = 64 | 2 | 16;
+    EXPECT_EQ(masks.modifierBits(commandAndLocks), ModifierBits::command);
+}
+
+TEST(PressFilter, tellsPressesFromRepetitions) {
+    // One key, held and pressed again, over the wrap of the server's time.
+    expectToTellApart({{down, keyA, 0xFFFFFF00},
+                       {again, keyA, 0xFFFFFF00 + 400},
+                       {again, keyA, 0xFFFFFF00 + 440},
+                       {up, keyA},
+                       {down, keyA, 0xFFFFFF00 + 450}},
+                      repetition());
+    // Modifiers come and go while a key repeats.
+    expectToTellApart(
+        {{down, keyA, 0}, {up, shiftKey}, {again, keyA, 400}, {down, shiftKey, 410}, {again, keyA, 440}},
+        repetition());
+    // Another key takes over; the first one can only repeat after a press of its own.
+    expectToTellApart({{down, keyA, 0}, {down, keyB, 100}, {again, keyB, 500}, {down, keyA, 600}},
+                      repetition());
+}
+
+TEST(PressFilter, aReleaseThatWentUnseenSwallowsNothing) {
+    // The grab ends with the first key; the second one's release went elsewhere, or it is held still.
+    const std::vector<KeyEvent> rolled{{down, keyA, 0}, {down, keyB, 50}, {up, keyA}};
+    for (const auto& [kind, time] : {std::pair{down, 200U}, {again, 455U}, {down, 700U}, {down, 5000U}}) {
+        auto events = rolled;
+        events.push_back({kind, keyB, time});
+        expectToTellApart(events, repetition());
+    }
+    // Any other loss is over within a second or so.
+    expectToTellApart({{down, keyA, 0}, {down, keyA, 1500}}, repetition());
+    expectToTellApart({{down, keyA, 0}, {down, keyA, 400}}, KeyRepetition());
+}
+
+TEST(Struts, countWhereTheirInnerEdgeLies) {
+    // A panel at the bottom of the left monitor; the right one ends 100 pixels above.
+    EXPECT_THAT(visibleFrames({0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 1919}),
+                testing::ElementsAre(Rect{.x = 0, .y = 0, .width = 1920, .height = 1160}, rightMonitor));
+    // The same, reserved over the whole width by the older property.
+    EXPECT_THAT(visibleFrames({}, {0, 0, 0, 40}),
+                testing::ElementsAre(Rect{.x = 0, .y = 0, .width = 1920, .height = 1160}, rightMonitor));
+    // A panel at the top of the right monitor, measured from the top of the desktop.
+    EXPECT_THAT(visibleFrames({0, 0, 130, 0, 0, 0, 0, 0, 1920, 2999, 0, 0}),
+                testing::ElementsAre(leftMonitor, Rect{.x = 1920, .y = 130, .width = 1080, .height = 970}));
+    // One at the right monitor's left side reaches across the left monitor, which stays whole.
+    EXPECT_THAT(visibleFrames({1980, 0, 0, 0, 100, 1099, 0, 0, 0, 0, 0, 0}),
+                testing::ElementsAre(leftMonitor, Rect{.x = 1980, .y = 100, .width = 1020, .height = 1000}));
+    // Beside the monitor's range, exactly at its edge, beyond the desktop, too short to be a strut.
+    EXPECT_THAT(visibleFrames({0, 60, 0, 0, 0, 0, 0, 99, 0, 0, 0, 0}),
+                testing::ElementsAre(leftMonitor, rightMonitor));
+    EXPECT_THAT(visibleFrames({1920, 0, 0, 100, 0, 1199, 0, 0, 0, 0, 1920, 2999}),
+                testing::ElementsAre(leftMonitor, rightMonitor));
+    EXPECT_THAT(visibleFrames({0, 0, 0, 0xFFFFFFFF, 0, 0, 0, 0, 0, 0, 0, 0xFFFFFFFF}, {9, 9, 9}),
+                testing::ElementsAre(leftMonitor, rightMonitor));
+}
+
+TEST(Struts, addUpAndLeaveAMonitorWholeThatTheyWouldCover) {
+    const std::vector<Strut> bands{{.edge = Strut::Edge::left, .depth = 50, .from = 0, .to = 1200},
+                                   {.edge = Strut::Edge::left, .depth = 70, .from = 0, .to = 1200},
+                                   {.edge = Strut::Edge::top, .depth = 30, .from = 0, .to = 1920}};
+    EXPECT_EQ(visibleFrame(leftMonitor, desktop, bands),
+              (Rect{.x = 70, .y = 30, .width = 1850, .height = 1170}));
+    const std::vector<Strut> crossing{{.edge = Strut::Edge::top, .depth = 700, .from = 0, .to = 1920},
+                                      {.edge = Strut::Edge::bottom, .depth = 600, .from = 0, .to = 1920}};
+    EXPECT_EQ(visibleFrame(leftMonitor, desktop, crossing), leftMonitor);
+}
+
+TEST(Edid, namesTheProduct) {
+    const auto edidWith = [](std::uint8_t tag, std::string_view text) {
+        std::vector<std::uint8_t> edid(128);
+        edid[54 + 18 + 3] = tag;
+        std::ranges::copy(text, edid.begin() + 54 + 18 + 5);
+        return edid;
+    };
+    EXPECT_EQ(productName(edidWith(0xFC, "Studio\n     ")), "Studio");
+    EXPECT_EQ(productName(edidWith(0xFC, "Thirteen long")), "Thirteen long");
+    EXPECT_EQ(productName(edidWith(0xFC, "B\xE9ta\n")), "B?ta");
+    EXPECT_EQ(productName(edidWith(0xFC, "   \n")), std::nullopt);
+    EXPECT_EQ(productName(edidWith(0xFE, "Serial\n")), std::nullopt);
+    const auto whole = edidWith(0xFC, "Studio\n");
+    EXPECT_EQ(productName(std::span(whole).first(127)), std::nullopt);
+}
+
+TEST(Observers, mayComeAndGoWhileTheyAreCalled) {
+    Observers<int> observers;
+    std::vector<std::string> heard;
+    Registration first;
+    Registration second;
+    Registration third;
+    first = observers.add([&](int) {
+        heard.emplace_back("first");
+        first.reset();
+        second.reset();
+        third = observers.add([&](int) { heard.emplace_back("third"); });
+    });
+    second = observers.add([&](int) { heard.emplace_back("second"); });
+    observers.notify(1);
+    observers.notify(2);
+    EXPECT_THAT(heard, testing::ElementsAre("first", "third"));
+}
+
+} // namespace karto::x11
