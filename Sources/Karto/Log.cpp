@@ -3,6 +3,7 @@
 #include <fmt/chrono.h>
 #include <fmt/format.h>
 
+#include <tuple>
 #include <utility>
 
 namespace karto {
@@ -63,8 +64,8 @@ void FileCheckLog::rotate() {
     file_.reset();
     const std::string oldPath = path_ + ".old";
     // Where either fails the log grows on; a line is worth more than its limit.
-    (void)files_.remove(oldPath);
-    (void)files_.rename(path_, oldPath);
+    std::ignore = files_.remove(oldPath);
+    std::ignore = files_.rename(path_, oldPath);
 }
 
 } // namespace karto

@@ -37,7 +37,7 @@ Startup::Startup(const Services& services)
 
 void Startup::run() {
     ConfigStore& store = services_.store;
-    (void)store.reload();
+    store.reload();
     services_.hotkeys.registerHotkeys(
         store.hotkeyModifiers(), store.commandKeys(),
         callbacks_.wrap([this](const KartoCommand& command) { dispatch(command); }));

@@ -5,22 +5,18 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace karto {
 
 namespace {
 
-using testing::ElementsAre;
+using ::testing::ElementsAre;
 
 TEST(KartoCommand, namesAndIdentifiersFollowTheTable) {
-    struct Row {
-        KartoCommand command;
-        std::optional<std::string_view> configName;
-        std::string displayName;
-        std::string caseName;
-        std::uint32_t hotkeyID;
-    };
-
-    const Row rows[] = {
+    using Row =
+        std::tuple<KartoCommand, std::optional<std::string_view>, std::string, std::string, std::uint32_t>;
+    const std::vector<Row> table{
         {KartoCommand::nextZone, "nextZone", "Next zone", "nextZone", 1},
         {KartoCommand::previousZone, "previousZone", "Previous zone", "previousZone", 2},
         {KartoCommand::expandZone, "expandZone", "Expand to next zone", "expandZone", 3},
@@ -32,15 +28,14 @@ TEST(KartoCommand, namesAndIdentifiersFollowTheTable) {
         {KartoCommand::cancelCycling, std::nullopt, "Cancel cycling", "cancelCycling", 8},
         {KartoCommand::moveToZone(3), std::nullopt, "Move to zone 3", "moveToZone(3)", 103},
     };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.caseName);
-        EXPECT_EQ(row.command.configName(), row.configName);
-        EXPECT_EQ(row.command.displayName(), row.displayName);
-        EXPECT_EQ(row.command.caseName(), row.caseName);
-        EXPECT_EQ(row.command.hotkeyID(), row.hotkeyID);
-        EXPECT_EQ(KartoCommand::withHotkeyID(row.hotkeyID), row.command);
-        EXPECT_EQ(KartoCommand::named(row.caseName),
-                  row.configName ? std::optional(row.command) : std::nullopt);
+    for (const auto& [command, configName, displayName, caseName, hotkeyID] : table) {
+        SCOPED_TRACE(caseName);
+        EXPECT_EQ(command.configName(), configName);
+        EXPECT_EQ(command.displayName(), displayName);
+        EXPECT_EQ(command.caseName(), caseName);
+        EXPECT_EQ(command.hotkeyID(), hotkeyID);
+        EXPECT_EQ(KartoCommand::withHotkeyID(hotkeyID), command);
+        EXPECT_EQ(KartoCommand::named(caseName), configName ? std::optional(command) : std::nullopt);
     }
     EXPECT_EQ(KartoCommand::moveToZone(-4).hotkeyID(), 100U);
     EXPECT_EQ(KartoCommand::named("NextZone"), std::nullopt);

@@ -1,5 +1,7 @@
 #include "KartoCore/ConfigReading.h"
 
+#include "Support/Trees.h"
+
 #include <gtest/gtest.h>
 
 #include <cmath>
@@ -54,16 +56,13 @@ TEST(ConfigReading, takesEverySectionAsWritten) {
         "[overlay]\ndelay = 2\nbackgroundOpacity = -0.0\nnumberSize = nan\ncolor = ''\n");
     ASSERT_TRUE(config) << config.error().describe();
     EXPECT_EQ(config->profileName, "Höme");
-    const LayoutNode tree =
-        Split{.axis = Axis::horizontal,
-              .at = 1,
-              .first = {},
-              .second = ZoneLeaf{.pinnedOrder = std::numeric_limits<std::int64_t>::min()}};
-    const std::vector<DisplayLayout> displays{{"", Orientation::portrait, ZoneLeaf{.pinnedOrder = 3}},
-                                              {"B", Orientation::landscape, tree}};
+    const std::vector<DisplayLayout> displays{
+        testing::portrait("", testing::zone(3)),
+        testing::landscape("B",
+                           testing::rows(1, {}, testing::zone(std::numeric_limits<std::int64_t>::min())))};
     EXPECT_EQ(config->displays, displays);
     const std::map<std::string, std::string> keys{{"expandZone", "k"}, {"odd", ""}};
-    EXPECT_EQ(config->hotkeys, (HotkeysConfig{{"shift", "shift", "x"}, keys}));
+    EXPECT_EQ(config->hotkeys, (HotkeysConfig{.modifiers = {"shift", "shift", "x"}, .keys = keys}));
     EXPECT_EQ(config->overlay->delay, 2);
     EXPECT_TRUE(std::signbit(*config->overlay->backgroundOpacity));
     EXPECT_TRUE(std::isnan(*config->overlay->numberSize));
@@ -79,7 +78,7 @@ TEST(ConfigReading, absentSectionsStayAbsent) {
 
 TEST(ConfigReading, theFirstFailureNamesItsPlace) {
     const std::string inSplit = " at display.Index 0.split";
-    const std::pair<std::string, std::string> rows[] = {
+    const std::vector<std::pair<std::string, std::string>> table{
         {"", "missing \"profile\""},
         {"[[display]]", "missing \"profile\""},
         {"profile = 'P'", "expected a table, found a string at profile"},
@@ -118,13 +117,13 @@ TEST(ConfigReading, theFirstFailureNamesItsPlace) {
         {studio + "[overlay]\ncolor=1979-05-27T07:32:00Z",
          "expected a string, found a date and time at overlay.color"},
     };
-    for (const auto& [text, failure] : rows) {
+    for (const auto& [text, failure] : table) {
         EXPECT_EQ(failureOf(text), failure) << text;
     }
 }
 
 TEST(ConfigReading, textThatIsNotTomlIsRefusedWithItsPlace) {
-    const std::string texts[] = {
+    const std::vector<std::string> texts{
         "name",
         "= 1",
         "a = ",
@@ -184,7 +183,7 @@ TEST(ConfigReading, treesNestNoDeeperThanAllowed) {
 
 TEST(ConfigReading, noTextIsTooMuch) {
     const std::string nested = "tables and arrays are nested deeper than 256 levels in line 2";
-    const std::pair<std::string, std::string> rows[] = {
+    const std::vector<std::pair<std::string, std::string>> table{
         {"\na = " + repeated("[", 500'000), nested},
         {"\n" + repeated("a={", 300'000), nested},
         {"\n" + repeated("a.", 500'000) + "a = 1", nested},
@@ -192,14 +191,14 @@ TEST(ConfigReading, noTextIsTooMuch) {
         {"\ndisplays." + repeated("a . ", 250'000) + "a = 1", nested},
         {repeated("x", (1 << 20) + 1), "the text is longer than 1 MiB, more than any configuration needs"},
     };
-    for (const auto& [text, failure] : rows) {
+    for (const auto& [text, failure] : table) {
         EXPECT_EQ(failureOf(text), failure) << text.substr(0, 20);
     }
 }
 
 TEST(ConfigReading, whatOnlyLooksNestedReads) {
     const std::string brackets = repeated("[{.", 300);
-    const std::string texts[] = {
+    const std::vector<std::string> texts{
         "a = '" + brackets + "'",
         "a = \"\\\"" + brackets + "\"",
         "a = ''''" + brackets + "\n'" + brackets + "'''''",

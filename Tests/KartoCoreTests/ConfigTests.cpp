@@ -1,5 +1,7 @@
 #include "KartoCore/Config.h"
 
+#include "Support/Trees.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -11,39 +13,35 @@ namespace karto {
 namespace {
 
 using Keys = std::map<std::string, std::string>;
+using Change = std::function<void(KartoConfig&)>;
 
-LayoutNode split(double at, LayoutNode first = {}, LayoutNode second = {}) {
-    return Split{.axis = Axis::vertical, .at = at, .first = std::move(first), .second = std::move(second)};
-}
+using testing::columns, testing::landscape, testing::portrait, testing::zone;
 
 constexpr double notANumber = std::numeric_limits<double>::quiet_NaN();
 
 KartoConfig usable() {
-    return {
-        .profileName = "Home",
-        .displays = {{"Studio", Orientation::landscape, split(0.5)}, {"Studio", Orientation::portrait, {}}},
-        .hotkeys = HotkeysConfig{.modifiers = {"control", "option"}, .keys = Keys{{"tidy", "y"}}},
-        .overlay = OverlayConfig{0.0, -0.0, 240.0, "#00ff00"}};
+    return {.profileName = "Home",
+            .displays = {landscape("Studio", columns(0.5, {}, {})), portrait("Studio", {})},
+            .hotkeys = HotkeysConfig{.modifiers = {"control", "option"}, .keys = Keys{{"tidy", "y"}}},
+            .overlay = OverlayConfig{
+                .delay = 0.0, .backgroundOpacity = -0.0, .numberSize = 240.0, .color = "#00ff00"}};
 }
 
 void setKeys(KartoConfig& config, Keys keys) { config.hotkeys->keys = std::move(keys); }
 
-void setSplit(KartoConfig& config, double at) { config.displays[0].root = split(0.5, {}, split(at)); }
+void setSplit(KartoConfig& config, double at) {
+    config.displays[0].root = columns(0.5, {}, columns(at, {}, {}));
+}
 
 TEST(ConfigValidation, saysWhatMakesAConfigurationUnusable) {
-    struct Row {
-        std::function<void(KartoConfig&)> damage;
-        std::string message;
-    };
-
     const std::string outOfBounds = "Studio has a split position out of bounds";
     const std::string onlyOne =
         "the hotkeys section lists only one modifier — held on its own it takes ordinary "
         "keys away from every application; list at least two";
-    const Row rows[] = {
+    const std::vector<std::pair<Change, std::string>> table{
         {[](auto& c) { c.displays.clear(); }, "config has no displays"},
         {[](auto& c) { c.displays[1].name = ""; }, "a display has no name"},
-        {[](auto& c) { c.displays.push_back({"Studio", Orientation::portrait, split(7)}); },
+        {[](auto& c) { c.displays.push_back(portrait("Studio", columns(7, {}, {}))); },
          "two displays are both \"Studio\" (portrait) — a zone can only bind to one of them"},
         {[](auto& c) { setSplit(c, 0.009); }, outOfBounds},
         {[](auto& c) { setSplit(c, 0.991); }, outOfBounds},
@@ -79,26 +77,30 @@ TEST(ConfigValidation, saysWhatMakesAConfigurationUnusable) {
         {[](auto& c) { c.hotkeys->modifiers = {"option"}, setKeys(c, {{"tidy", "5"}}); }, onlyOne},
         {[](auto& c) { setKeys(c, {{"x", ""}}), c.overlay->delay = -1; },
          "unknown command \"x\" in the hotkey keys"},
-        {[](auto& c) { c.overlay = OverlayConfig{-1, -1, 0, ""}; },
+        {[](auto& c) {
+             c.overlay = OverlayConfig{.delay = -1, .backgroundOpacity = -1, .numberSize = 0, .color = ""};
+         },
          "overlay delay is -1.0, outside the allowed range"},
     };
-    for (const Row& row : rows) {
+    for (const auto& [damage, expected] : table) {
         KartoConfig config = usable();
-        row.damage(config);
+        damage(config);
         const auto valid = config.validate();
-        ASSERT_FALSE(valid) << row.message;
-        EXPECT_EQ(message(valid.error()), row.message);
+        ASSERT_FALSE(valid) << expected;
+        EXPECT_EQ(message(valid.error()), expected);
     }
 }
 
 TEST(ConfigValidation, limitsThemselvesAreAllowed) {
-    const std::function<void(KartoConfig&)> changes[] = {
+    const std::vector<Change> changes{
         [](auto&) {},
         [](auto& c) { setSplit(c, 0.01); },
         [](auto& c) { setSplit(c, 0.99); },
         [](auto& c) { c.displays[0].name = " "; },
-        [](auto& c) { c.displays[1].root = ZoneLeaf{.pinnedOrder = -7}; },
-        [](auto& c) { c.overlay = OverlayConfig{2.0, 1.0, 8.0, std::nullopt}; },
+        [](auto& c) { c.displays[1].root = zone(-7); },
+        [](auto& c) {
+            c.overlay = OverlayConfig{.delay = 2.0, .backgroundOpacity = 1.0, .numberSize = 8.0, .color = {}};
+        },
         [](auto& c) { setKeys(c, {{"tidy", "f"}, {"fillDisplay", "t"}}); },
     };
     for (const auto& change : changes) {
@@ -120,7 +122,8 @@ TEST(Config, absentSectionsTakeTheDefaults) {
 TEST(Config, writtenValuesReplaceTheirDefaults) {
     KartoConfig config = usable();
     setKeys(config, {{"tidy", "t"}, {"nextZone", "n"}});
-    config.overlay = OverlayConfig{{}, {}, {}, "#00FF00"};
+    config.overlay =
+        OverlayConfig{.delay = {}, .backgroundOpacity = {}, .numberSize = {}, .color = "#00FF00"};
 
     CommandKeyMap keys = CommandKey::defaults();
     keys.insert_or_assign(KartoCommand::nextZone, *CommandKey::named("n"));
@@ -138,11 +141,17 @@ TEST(Config, writtenValuesReplaceTheirDefaults) {
 
 TEST(Config, zonesAreTheFlattenedTreesWithTheirRingNumbers) {
     KartoConfig config = usable();
-    config.displays[0].root = split(0.25, {}, ZoneLeaf{.pinnedOrder = 1});
+    config.displays[0].root = columns(0.25, {}, zone(1));
     const std::vector<ZoneConfig> expected{
-        {"Studio", Orientation::landscape, 2, {0, 0, 0.25, 1}},
-        {"Studio", Orientation::landscape, 1, {0.25, 0, 0.75, 1}},
-        {"Studio", Orientation::portrait, 3, NormRect::full()},
+        {.display = "Studio",
+         .orientation = Orientation::landscape,
+         .order = 2,
+         .rect = {.x = 0, .y = 0, .w = 0.25, .h = 1}},
+        {.display = "Studio",
+         .orientation = Orientation::landscape,
+         .order = 1,
+         .rect = {.x = 0.25, .y = 0, .w = 0.75, .h = 1}},
+        {.display = "Studio", .orientation = Orientation::portrait, .order = 3, .rect = NormRect::full()},
     };
     EXPECT_EQ(config.zones(), expected);
 }

@@ -2,33 +2,32 @@
 
 #include <gtest/gtest.h>
 
+#include <tuple>
+
 namespace karto::HotkeyNameMigration {
 
 namespace {
 
 TEST(HotkeyNameMigration, formerNamesGiveWayToCurrentOnes) {
-    struct Row {
-        KeyTable written;
-        KeyTable read;
-        std::vector<Rename> renames;
-    };
-
     using Map = std::map<std::string, std::string>;
-    const Row rows[] = {
+    const std::vector<std::tuple<KeyTable, KeyTable, std::vector<Rename>>> table{
         {std::nullopt, std::nullopt, {}},
         {Map{{"tidy", "t"}, {"nonsense", "q"}}, Map{{"tidy", "t"}, {"nonsense", "q"}}, {}},
         {Map{{"NextVariant", "k"}}, Map{{"NextVariant", "k"}}, {}},
-        {Map{{"nextVariant", "k"}}, Map{{"expandZone", "k"}}, {{"nextVariant", "expandZone", false}}},
+        {Map{{"nextVariant", "k"}},
+         Map{{"expandZone", "k"}},
+         {{.oldName = "nextVariant", .newName = "expandZone", .newNameAlsoPresent = false}}},
         {Map{{"nextVariant", "k"}, {"expandZone", "j"}},
          Map{{"expandZone", "j"}},
-         {{"nextVariant", "expandZone", true}}},
+         {{.oldName = "nextVariant", .newName = "expandZone", .newNameAlsoPresent = true}}},
         {Map{{"previousVariant", "p"}, {"nextVariant", "n"}, {"tidy", "t"}},
          Map{{"shrinkZone", "p"}, {"expandZone", "n"}, {"tidy", "t"}},
-         {{"nextVariant", "expandZone", false}, {"previousVariant", "shrinkZone", false}}},
+         {{.oldName = "nextVariant", .newName = "expandZone", .newNameAlsoPresent = false},
+          {.oldName = "previousVariant", .newName = "shrinkZone", .newNameAlsoPresent = false}}},
     };
-    for (const Row& row : rows) {
-        EXPECT_EQ(applied(row.written), row.read) << &row - rows;
-        EXPECT_EQ(renames(row.written), row.renames) << &row - rows;
+    for (const auto& [written, read, expected] : table) {
+        EXPECT_EQ(applied(written), read);
+        EXPECT_EQ(renames(written), expected);
     }
 }
 

@@ -1,20 +1,23 @@
 #include "KartoCore/NumberText.h"
 
 #include <gtest/gtest.h>
-#include <rapidcheck.h>
+#include <rapidcheck/gtest.h>
 
 #include <bit>
 #include <cmath>
 #include <cstdint>
 #include <cstdlib>
 #include <limits>
+#include <string_view>
+#include <utility>
+#include <vector>
 
 namespace karto {
 
 namespace {
 
 TEST(NumberText, writesTheShortestDecimalWithAFraction) {
-    const std::pair<double, std::string_view> rows[] = {
+    const std::vector<std::pair<double, std::string_view>> table{
         {0.5, "0.5"},
         {1, "1.0"},
         {300, "300.0"},
@@ -32,19 +35,17 @@ TEST(NumberText, writesTheShortestDecimalWithAFraction) {
         {-std::numeric_limits<double>::infinity(), "-inf"},
         {-std::numeric_limits<double>::quiet_NaN(), "nan"},
     };
-    for (const auto& [value, text] : rows) {
+    for (const auto& [value, text] : table) {
         EXPECT_EQ(shortestDecimal(value), text);
     }
 }
 
-TEST(NumberText, everyNumberReadsBackToTheSameBits) {
-    EXPECT_TRUE(rc::check([](std::uint64_t bits) {
-        const auto value = std::bit_cast<double>(bits);
-        RC_PRE(std::isfinite(value));
-        const std::string text = shortestDecimal(value);
-        RC_ASSERT(std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)) == bits);
-        RC_ASSERT(text.contains('.') || text.contains('e'));
-    }));
+RC_GTEST_PROP(NumberText, everyNumberReadsBackToTheSameBits, (std::uint64_t bits)) {
+    const auto value = std::bit_cast<double>(bits);
+    RC_PRE(std::isfinite(value));
+    const std::string text = shortestDecimal(value);
+    RC_ASSERT(std::bit_cast<std::uint64_t>(std::strtod(text.c_str(), nullptr)) == bits);
+    RC_ASSERT(text.contains('.') || text.contains('e'));
 }
 
 } // namespace

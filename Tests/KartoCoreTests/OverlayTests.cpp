@@ -1,12 +1,21 @@
 #include "KartoCore/OverlayAppearance.h"
 #include "KartoCore/OverlayDecision.h"
 #include "KartoCore/OverlayLayout.h"
+#include "Support/Trees.h"
 
 #include <gtest/gtest.h>
+
+#include <tuple>
 
 namespace karto {
 
 namespace {
+
+using testing::rectAt;
+
+ResolvedZone resolved(int order, const Rect& rect) {
+    return {.order = order, .display = "A", .orientation = Orientation::landscape, .rect = rect};
+}
 
 TEST(RGBColor, readsBothCasesAndWritesUpperCase) {
     EXPECT_EQ(RGBColor::fromHex("#ffFFff"), RGBColor::white());
@@ -24,14 +33,7 @@ TEST(OverlayGate, decidesByExactlyTheConfiguredModifiers) {
     const ModifierSet hyper = ModifierSet::command | ModifierSet::option;
     const ModifierSet more = hyper | ModifierSet::shift;
 
-    struct Row {
-        ModifierSet held;
-        ModifierSet configured;
-        OverlayGate::State state;
-        OverlayDecision decision;
-    };
-
-    const Row rows[] = {
+    const std::vector<std::tuple<ModifierSet, ModifierSet, OverlayGate::State, OverlayDecision>> table{
         {hyper, hyper, {.isShowing = false, .delayElapsed = false}, armDelay},
         {hyper, hyper, {.isShowing = false, .delayElapsed = true}, show},
         {hyper, hyper, {.isShowing = true, .delayElapsed = false}, doNothing},
@@ -42,18 +44,21 @@ TEST(OverlayGate, decidesByExactlyTheConfiguredModifiers) {
         {{}, {}, {.isShowing = false, .delayElapsed = true}, doNothing},
         {{}, {}, {.isShowing = true, .delayElapsed = false}, hide},
     };
-    for (const Row& row : rows) {
-        EXPECT_EQ(OverlayGate::decide(row.held, row.configured, row.state), row.decision) << &row - rows;
+    for (const auto& [held, configured, state, decision] : table) {
+        EXPECT_EQ(OverlayGate::decide(held, configured, state), decision)
+            << held.glyphs() << " of " << configured.glyphs() << state.isShowing << state.delayElapsed;
     }
 }
 
 TEST(OverlayLayout, showsTheZonesOfEachDisplayOrSaysWhyNot) {
-    const Rect wide{.x = 0, .y = 0, .width = 800, .height = 600};
-    const Rect tall{.x = 800, .y = 0, .width = 600, .height = 800};
-    const Rect left{.x = 0, .y = 0, .width = 400, .height = 600};
-    const std::vector<DisplayInfo> displays{{"A", wide}, {"A", tall}, {"A", wide}, {"", wide}, {"B", wide}};
-    const std::vector<ResolvedZone> ring{{2, "A", Orientation::landscape, left},
-                                         {5, "A", Orientation::landscape, wide}};
+    const Rect wide = rectAt(0, 0, 800, 600);
+    const Rect left = rectAt(0, 0, 400, 600);
+    const auto display = [](std::string name, const Rect& frame) {
+        return DisplayInfo{.name = std::move(name), .frame = frame};
+    };
+    const std::vector<DisplayInfo> displays{display("A", wide), display("A", rectAt(800, 0, 600, 800)),
+                                            display("A", wide), display("", wide), display("B", wide)};
+    const std::vector<ResolvedZone> ring{resolved(2, left), resolved(5, wide)};
 
     const auto screens = OverlayLayout::build(ring, displays, 7, std::nullopt);
 
@@ -62,22 +67,22 @@ TEST(OverlayLayout, showsTheZonesOfEachDisplayOrSaysWhyNot) {
         return "No zones for \"" + name +
                "\". The config has 7 zone(s), none of them bound to this display in its current orientation.";
     };
-    const std::vector<OverlayScreen> expected{
-        {displays[0], zones},
-        {displays[1], none("A")},
-        {displays[2], zones},
-        {displays[3], "This display reports no name, so no zones can be bound to it. "
-                      "Karto matches zones by display name."},
-        {displays[4], none("B")},
-    };
-    EXPECT_EQ(screens, expected);
+    const OverlayMessage noName = "This display reports no name, so no zones can be bound to it. "
+                                  "Karto matches zones by display name.";
+    const std::vector<OverlayScreenContent> expected{zones, none("A"), zones, noName, none("B")};
+    ASSERT_EQ(screens.size(), displays.size());
+    for (std::size_t i = 0; i < screens.size(); ++i) {
+        EXPECT_EQ(screens[i].display, displays[i]);
+        EXPECT_EQ(screens[i].content, expected[i]) << i;
+    }
 }
 
 TEST(OverlayLayout, aConfigurationErrorTakesThePlaceOfEverything) {
-    const DisplayInfo display{"A", {.x = 0, .y = 0, .width = 8, .height = 6}};
-    const std::vector<ResolvedZone> ring{{1, "A", Orientation::landscape, display.frame}};
-    const auto screens = OverlayLayout::build(ring, std::vector{display}, 1, "config has no displays");
-    EXPECT_EQ(screens, (std::vector<OverlayScreen>{{display, "Config error: config has no displays"}}));
+    const std::vector<DisplayInfo> displays{{.name = "A", .frame = rectAt(0, 0, 800, 600)}};
+    const std::vector<ResolvedZone> ring{resolved(1, displays[0].frame)};
+    const auto screens = OverlayLayout::build(ring, displays, 1, "config has no displays");
+    ASSERT_EQ(screens.size(), 1U);
+    EXPECT_EQ(screens[0].content, OverlayScreenContent("Config error: config has no displays"));
 }
 
 } // namespace

@@ -3,6 +3,7 @@
 #include "Karto/Platform/Linux/PosixFileSystem.h"
 #include "KartoCore/ConfigReading.h"
 #include "KartoCore/TOMLWriter.h"
+#include "Support/FixedConfig.h"
 #include "Support/ManualScheduler.h"
 #include "Support/MemoryCheckLog.h"
 #include "Support/PolledDescriptors.h"
@@ -285,7 +286,7 @@ TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
     EXPECT_THAT(started.log.lines, IsEmpty());
     EXPECT_EQ(store.reload(), reloadedFromDisk);
     EXPECT_THAT(started.log.lines, ElementsAre("config: could not write backup to " +
-                                                 started.backup.native() + " — no space left on device"));
+                                               started.backup.native() + " — no space left on device"));
 }
 
 TEST(ConfigStore, savingGoesThroughLinksAndCreatesMissingFolders) {
@@ -322,6 +323,15 @@ TEST(ConfigStore, startsOnceAndIsSilentAfterItsEnd) {
     EXPECT_THAT(started.settled(), ElementsAre(reloadedFromDisk));
 }
 
+TEST(ConfigProviding, theDefaultsHoldWithoutAUsableConfiguration) {
+    auto unusable = configOf(1);
+    unusable.hotkeys = {.modifiers = {"hyper"}, .keys = {{{"tidy", "5"}}}};
+    for (const auto& source : {FixedConfig(), FixedConfig(unusable)}) {
+        EXPECT_EQ(source.commandKeys(), CommandKey::defaults());
+        EXPECT_EQ(source.hotkeyModifiers(), ModifierSet::allModifiers);
+    }
+}
+
 // Saves and backs up in turns, in a process of its own that is killed after the given time.
 void killWhileSaving(ConfigStore& store, std::chrono::microseconds time) {
     const auto child = ::fork();
@@ -345,6 +355,7 @@ TEST(ConfigStore, aKillAtAnyMomentLeavesTheConfigurationAndItsBackupWhole) {
         AnyOf(configText(1), TOMLWriter::write(configOf(100)), TOMLWriter::write(configOf(400)));
     std::mt19937 random(std::random_device{}());
     std::uniform_int_distribution<int> microseconds(0, 10'000);
+    // With KARTO_STRESS in the environment it runs for minutes.
     const int kills = std::getenv("KARTO_STRESS") != nullptr ? 1000 : 50;
     for (int kill = 0; kill < kills && !::testing::Test::HasFailure(); ++kill) {
         killWhileSaving(*started.store, std::chrono::microseconds(microseconds(random)));

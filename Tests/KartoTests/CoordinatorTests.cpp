@@ -9,8 +9,6 @@
 
 #include <gmock/gmock.h>
 
-#include <functional>
-
 namespace karto::testing {
 
 namespace {
@@ -37,135 +35,110 @@ const Rect nowhere{.x = -900, .y = -900, .width = 100, .height = 100};
 class CoordinatorTest : public ::testing::Test {
 protected:
     CoordinatorTest() {
-        desktop_.connected = {main_};
-        desktop_.focus(focused_);
+        desktop.connected = {mainScreen};
+        desktop.focus(focused);
     }
 
     std::vector<std::string> handle(const KartoCommand& command) {
-        coordinator_.handle(command);
-        return log_.takeLines();
+        coordinator.handle(command);
+        return log.takeLines();
     }
 
-    Rect frame() { return desktop_.window(focused_).frame; }
+    // The command runs into this one line.
+    void expect(const KartoCommand& command, const std::string& outcome) {
+        EXPECT_THAT(handle(command), ElementsAre("command " + command.caseName() + ": " + outcome));
+    }
 
-    Screen main_ = screen("Main", mainFrame);
-    Screen side_ = screen("Side", sideFrame);
-    MemoryDesktop desktop_;
-    std::int32_t editor_ = desktop_.launch("Editor");
-    WindowHandle focused_ = desktop_.open(editor_, {.frame = zone1});
-    WindowService windows_{desktop_};
-    DisplayRegistry displays_{desktop_};
-    FixedConfig config_{configWith({landscape("Main", columns(0.5, zone(), rows(0.5, zone(), zone()))),
-                                    landscape("Side", columns(0.5, zone(), zone()))})};
-    MemoryCheckLog log_;
-    Coordinator coordinator_{windows_, displays_, config_, log_};
+    Rect frame() { return desktop.window(focused).frame; }
+
+    Screen mainScreen = screen("Main", mainFrame);
+    Screen sideScreen = screen("Side", sideFrame);
+    MemoryDesktop desktop;
+    std::int32_t editor = desktop.launch("Editor");
+    WindowHandle focused = desktop.open(editor, {.frame = zone1});
+    WindowService windows{desktop};
+    DisplayRegistry displays{desktop};
+    FixedConfig config{configWith({landscape("Main", columns(0.5, zone(), rows(0.5, zone(), zone()))),
+                                   landscape("Side", columns(0.5, zone(), zone()))})};
+    MemoryCheckLog log;
+    Coordinator coordinator{windows, displays, config, log};
 };
 
 } // namespace
 
 TEST_F(CoordinatorTest, everyCommandMovesTheFocusedWindowToItsPlace) {
-    struct Case {
-        KartoCommand command;
-        Rect from;
-        std::string result;
-    };
-
     const std::string atZone1 = "(0.0, 25.0, 500.0, 800.0)";
     const std::string atZone2 = "(500.0, 25.0, 500.0, 400.0)";
     const std::string atZone3 = "(500.0, 425.0, 500.0, 400.0)";
-    for (const auto& [command, from, result] :
-         {Case{KartoCommand::moveToZone(3), nowhere, atZone3}, Case{KartoCommand::nextZone, zone1, atZone2},
-          Case{KartoCommand::nextZone, zone3, atZone1}, Case{KartoCommand::previousZone, zone1, atZone3},
-          Case{KartoCommand::expandZone, zone2, "(500.0, 25.0, 500.0, 800.0)"},
-          Case{KartoCommand::shrinkZone, rightHalf, atZone2},
-          Case{KartoCommand::snapToZone, {.x = 550, .y = 500, .width = 90.5, .height = 90}, atZone3},
-          Case{KartoCommand::fillDisplay, zone3, "(0.0, 25.0, 1000.0, 800.0)"}}) {
-        desktop_.window(focused_).frame = from;
-        EXPECT_THAT(handle(command), ElementsAre("command " + command.caseName() + ": target " + result +
-                                                 ", result " + result + ", off by (0.0, 0.0, 0.0, 0.0)"));
-    }
+    const auto expectMove = [&](const KartoCommand& command, const Rect& from, const std::string& to) {
+        desktop.window(focused).frame = from;
+        expect(command, "target " + to + ", result " + to + ", off by (0.0, 0.0, 0.0, 0.0)");
+    };
+    expectMove(KartoCommand::moveToZone(3), nowhere, atZone3);
+    expectMove(KartoCommand::nextZone, zone1, atZone2);
+    expectMove(KartoCommand::nextZone, zone3, atZone1);
+    expectMove(KartoCommand::previousZone, zone1, atZone3);
+    expectMove(KartoCommand::expandZone, zone2, "(500.0, 25.0, 500.0, 800.0)");
+    expectMove(KartoCommand::shrinkZone, rightHalf, atZone2);
+    expectMove(KartoCommand::snapToZone, {.x = 550, .y = 500, .width = 90.5, .height = 90}, atZone3);
+    expectMove(KartoCommand::fillDisplay, zone3, "(0.0, 25.0, 1000.0, 800.0)");
 }
 
 TEST_F(CoordinatorTest, aCommandThatCannotRunSaysWhyAndMovesNothing) {
-    struct Case {
-        std::function<void()> trouble;
-        KartoCommand command;
-        std::string line;
-    };
-
-    auto& window = desktop_.window(focused_);
-    for (const auto& [trouble, command, line] : {
-             Case{[&] { window.frame = {.x = 2000, .y = 0.5, .width = 10, .height = 10}; },
-                  KartoCommand::fillDisplay,
-                  "command fillDisplay: no destination found for frame (2000.0, 0.5, 10.0, 10.0), ignored"},
-             Case{[&] { window.frame = zone1; }, KartoCommand::moveToZone(4),
-                  "command moveToZone(4): no destination found for frame (0.0, 25.0, 500.0, 800.0), ignored"},
-             Case{[] {}, KartoCommand::shrinkZone,
-                  "command shrinkZone: no destination found for frame (0.0, 25.0, 500.0, 800.0), ignored"},
-             Case{[] {}, KartoCommand::cycleWindows,
-                  "command cycleWindows: reached the coordinator, which does not run the window switcher — "
-                  "routing bug"},
-             Case{[&] { window.isSizeReadable = false; }, KartoCommand::nextZone,
-                  "command nextZone: could not read focused window's frame, ignored"},
-             Case{[] {}, KartoCommand::tidy, "command tidy: could not read focused window's frame, ignored"},
-             Case{[&] { window.isFullscreen = true; }, KartoCommand::nextZone,
-                  "command nextZone: focused window is fullscreen, ignored"},
-             Case{[&] {
-                      desktop_.connected.front().name = "Other";
-                      desktop_.connect(desktop_.connected);
-                  },
-                  KartoCommand::snapToZone, "command snapToZone: ring is empty, ignored"},
-             Case{[] {}, KartoCommand::tidy, "command tidy: ring is empty, ignored"},
-             Case{[] {}, KartoCommand::cancelCycling,
-                  "command cancelCycling: reached the coordinator, which does not run the window switcher — "
-                  "routing bug"},
-             Case{[&] { config_.clear(); }, KartoCommand::moveToZone(3),
-                  "command moveToZone(3): no config loaded, ignored"},
-             Case{[] {}, KartoCommand::cycleWindows, "command cycleWindows: no config loaded, ignored"},
-             Case{[&] { desktop_.frontmost.reset(); }, KartoCommand::fillDisplay,
-                  "command fillDisplay: no focused window, ignored"},
-         }) {
-        trouble();
-        const Rect before = frame();
-        EXPECT_THAT(handle(command), ElementsAre(line));
-        EXPECT_EQ(frame(), before);
-    }
+    const std::string noDestination = "no destination found for frame (0.0, 25.0, 500.0, 800.0), ignored";
+    const std::string misrouted =
+        "reached the coordinator, which does not run the window switcher — routing bug";
+    expect(KartoCommand::moveToZone(4), noDestination);
+    expect(KartoCommand::shrinkZone, noDestination);
+    expect(KartoCommand::cycleWindows, misrouted);
+    auto& window = desktop.window(focused);
+    window.isSizeReadable = false;
+    expect(KartoCommand::nextZone, "could not read focused window's frame, ignored");
+    expect(KartoCommand::tidy, "could not read focused window's frame, ignored");
+    window.isFullscreen = true;
+    expect(KartoCommand::nextZone, "focused window is fullscreen, ignored");
+    desktop.connect({sideScreen});
+    config.set(configWith({landscape("Main", zone())}));
+    expect(KartoCommand::snapToZone, "ring is empty, ignored");
+    expect(KartoCommand::tidy, "ring is empty, ignored");
+    expect(KartoCommand::cancelCycling, misrouted);
+    config.set(std::nullopt);
+    expect(KartoCommand::moveToZone(3), "no config loaded, ignored");
+    expect(KartoCommand::cycleWindows, "no config loaded, ignored");
+    desktop.frontmost.reset();
+    expect(KartoCommand::fillDisplay, "no focused window, ignored");
+    EXPECT_EQ(frame(), zone1);
 }
 
 TEST_F(CoordinatorTest, fillingADisplayNeedsNoZones) {
-    desktop_.connect({screen("Other", mainFrame), side_});
-    desktop_.window(focused_).frame = zone5;
-    config_.save(configWith({}));
+    desktop.connect({screen("Other", mainFrame), sideScreen});
+    desktop.window(focused).frame = zone5;
+    config.set(configWith({}));
     handle(KartoCommand::fillDisplay);
     EXPECT_EQ(frame(), sideFrame);
-    config_.clear();
-    desktop_.window(focused_).frame = zone2;
+    config.set(std::nullopt);
+    desktop.window(focused).frame = zone2;
     handle(KartoCommand::fillDisplay);
     EXPECT_EQ(frame(), mainFrame);
 }
 
 TEST_F(CoordinatorTest, saysWhenAWindowMissesItsTarget) {
-    auto& window = desktop_.window(focused_);
-    window.frame = zone2;
+    auto& window = desktop.window(focused);
     window.minimumSize = {.width = 520, .height = 400};
-    EXPECT_THAT(
-        handle(KartoCommand::moveToZone(3)),
-        ElementsAre("command moveToZone(3): target (500.0, 425.0, 500.0, 400.0), result (500.0, 425.0, "
-                    "520.0, 400.0), off by (0.0, 0.0, 20.0, 0.0)"));
+    expect(KartoCommand::moveToZone(3),
+           "target (500.0, 425.0, 500.0, 400.0), result (500.0, 425.0, 520.0, 400.0), "
+           "off by (0.0, 0.0, 20.0, 0.0)");
     window.minimumSize.width = 520.5;
-    EXPECT_THAT(
-        handle(KartoCommand::moveToZone(3)),
-        ElementsAre("command moveToZone(3): target (500.0, 425.0, 500.0, 400.0), result (500.0, 425.0, "
-                    "520.5, 400.0), off by (0.0, 0.0, 20.5, 0.0) — WINDOW DID NOT ACCEPT THE FRAME"));
+    expect(KartoCommand::moveToZone(3),
+           "target (500.0, 425.0, 500.0, 400.0), result (500.0, 425.0, 520.5, 400.0), "
+           "off by (0.0, 0.0, 20.5, 0.0) — WINDOW DID NOT ACCEPT THE FRAME");
     window.closesWhenMoved = true;
-    EXPECT_THAT(
-        handle(KartoCommand::moveToZone(1)),
-        ElementsAre("command moveToZone(1): target (0.0, 25.0, 500.0, 800.0), could not read back the "
-                    "resulting frame"));
+    expect(KartoCommand::moveToZone(1),
+           "target (0.0, 25.0, 500.0, 800.0), could not read back the resulting frame");
 }
 
 TEST_F(CoordinatorTest, displaysThatCannotBeToldApartAreNamedBeforeTheOutcome) {
-    desktop_.connect({main_, screen("Main", sideFrame)});
+    desktop.connect({mainScreen, screen("Main", sideFrame)});
     const std::string warning =
         " 2 displays share the name \"Main\" (landscape) — zones for it cannot be told "
         "apart, placement on all but one is wrong";
@@ -183,7 +156,7 @@ TEST_F(CoordinatorTest, displaysThatCannotBeToldApartAreNamedBeforeTheOutcome) {
 }
 
 TEST_F(CoordinatorTest, shrinkingRetracesTheExpansion) {
-    desktop_.window(focused_).frame = zone3;
+    desktop.window(focused).frame = zone3;
     for (const Rect& expected : {rightHalf, mainFrame}) {
         handle(KartoCommand::expandZone);
         EXPECT_EQ(frame(), expected);
@@ -195,63 +168,55 @@ TEST_F(CoordinatorTest, shrinkingRetracesTheExpansion) {
 }
 
 TEST_F(CoordinatorTest, anExpansionIsForgottenWithItsDisplay) {
-    desktop_.connect({main_, side_});
-    desktop_.window(focused_).frame = zone5;
+    desktop.connect({mainScreen, sideScreen});
+    desktop.window(focused).frame = zone5;
     handle(KartoCommand::expandZone);
     EXPECT_EQ(frame(), sideFrame);
-    desktop_.connect({main_});
-    desktop_.window(focused_).frame = rightHalf;
+    desktop.connect({mainScreen});
+    desktop.window(focused).frame = rightHalf;
     handle(KartoCommand::shrinkZone);
     EXPECT_EQ(frame(), zone2);
-    desktop_.connect({main_, side_});
-    desktop_.window(focused_).frame = sideFrame;
+    desktop.connect({mainScreen, sideScreen});
+    desktop.window(focused).frame = sideFrame;
     handle(KartoCommand::shrinkZone);
     EXPECT_EQ(frame(), zone4);
 }
 
 TEST_F(CoordinatorTest, tidyDealsTheWindowsOfTheDisplayOutOverItsZones) {
-    desktop_.connect({main_, side_});
-    const auto mail = desktop_.launch("Mail");
-    const auto anonymous = desktop_.launch(std::nullopt);
+    desktop.connect({mainScreen, sideScreen});
+    const auto mail = desktop.launch("Mail");
+    const auto anonymous = desktop.launch(std::nullopt);
     const Rect mainPart{.x = 10, .y = 30, .width = 100, .height = 100};
-    const auto second = desktop_.open(editor_, {.frame = mainPart});
-    const auto third = desktop_.open(editor_, {.frame = mainPart});
-    const auto fourth = desktop_.open(mail, {.frame = mainPart});
-    const auto elsewhere = desktop_.open(mail, {.frame = zone4});
-    EXPECT_THAT(
-        handle(KartoCommand::tidy),
-        ElementsAre("command tidy: laid out 4 window(s) on display \"Main\" across 3 zone(s), 4 accepted"));
+    const auto second = desktop.open(editor, {.frame = mainPart});
+    const auto third = desktop.open(editor, {.frame = mainPart});
+    const auto fourth = desktop.open(mail, {.frame = mainPart});
+    const auto elsewhere = desktop.open(mail, {.frame = zone4});
+    expect(KartoCommand::tidy, "laid out 4 window(s) on display \"Main\" across 3 zone(s), 4 accepted");
     const std::vector expected{
-        std::pair{focused_, zone1}, {second, zone2}, {third, zone3}, {fourth, zone1}, {elsewhere, zone4}};
+        std::pair{focused, zone1}, {second, zone2}, {third, zone3}, {fourth, zone1}, {elsewhere, zone4}};
     for (const auto& [window, rect] : expected) {
-        EXPECT_EQ(desktop_.window(window).frame, rect);
+        EXPECT_EQ(desktop.window(window).frame, rect);
     }
 
-    desktop_.window(second).frame = mainPart;
-    desktop_.window(second).isStubborn = true;
-    desktop_.open(anonymous, {.frame = mainPart, .isStubborn = true});
-    desktop_.window(third).closesWhenMoved = true;
-    EXPECT_THAT(
-        handle(KartoCommand::tidy),
-        ElementsAre("command tidy: laid out 5 window(s) on display \"Main\" across 3 zone(s), 2 accepted, "
-                    "3 did not take the frame: Editor (2x), unknown application"));
+    desktop.window(second).frame = mainPart;
+    desktop.window(second).isStubborn = true;
+    desktop.open(anonymous, {.frame = mainPart, .isStubborn = true});
+    desktop.window(third).closesWhenMoved = true;
+    expect(KartoCommand::tidy, "laid out 5 window(s) on display \"Main\" across 3 zone(s), 2 accepted, "
+                               "3 did not take the frame: Editor (2x), unknown application");
 }
 
 TEST_F(CoordinatorTest, tidyNamesTheDisplayThatHasNothingToLayOut) {
-    desktop_.connect({main_, screen("Other", sideFrame)});
-    auto& window = desktop_.window(focused_);
+    desktop.connect({mainScreen, screen("Other", sideFrame)});
+    auto& window = desktop.window(focused);
     window.isFullscreen = true;
-    EXPECT_THAT(
-        handle(KartoCommand::tidy),
-        ElementsAre("command tidy: laid out 0 window(s) on display \"Main\" across 3 zone(s), 0 accepted"));
+    expect(KartoCommand::tidy, "laid out 0 window(s) on display \"Main\" across 3 zone(s), 0 accepted");
     window.frame = sideFrame;
-    EXPECT_THAT(handle(KartoCommand::tidy),
-                ElementsAre("command tidy: no ring zones on display \"Other\", ignored"));
+    expect(KartoCommand::tidy, "no ring zones on display \"Other\", ignored");
     window.frame = nowhere;
-    EXPECT_THAT(handle(KartoCommand::tidy),
-                ElementsAre("command tidy: no display holds the focused window, ignored"));
-    desktop_.frontmost.reset();
-    EXPECT_THAT(handle(KartoCommand::tidy), ElementsAre("command tidy: no focused window, ignored"));
+    expect(KartoCommand::tidy, "no display holds the focused window, ignored");
+    desktop.frontmost.reset();
+    expect(KartoCommand::tidy, "no focused window, ignored");
 }
 
 } // namespace karto::testing

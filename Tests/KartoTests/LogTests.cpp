@@ -18,62 +18,62 @@ class FileCheckLogTest : public ::testing::Test {
 protected:
     std::string line(std::string_view text) { return "[2025-03-09T14:05:31Z] " + std::string(text) + "\n"; }
 
-    TemporaryFolder folder_;
-    fs::path path_ = folder_.path() / "Karto" / "karto-check.log";
-    fs::path oldPath_ = path_.native() + ".old";
-    PosixFileSystem files_;
-    FixedClock clock_{std::chrono::sys_days{std::chrono::March / 9 / 2025} +
-                      std::chrono::milliseconds{50'731'999}};
-    std::vector<std::string> problems_;
-    FileCheckLog log_{path_, files_, clock_,
-                      [this](std::string_view problem) { problems_.emplace_back(problem); }};
+    TemporaryFolder folder;
+    fs::path path = folder.path() / "Karto" / "karto-check.log";
+    fs::path oldPath = path.native() + ".old";
+    PosixFileSystem files;
+    FixedClock clock{std::chrono::sys_days{std::chrono::March / 9 / 2025} +
+                     std::chrono::milliseconds{50'731'999}};
+    std::vector<std::string> problems;
+    FileCheckLog log{path, files, clock,
+                     [this](std::string_view problem) { problems.emplace_back(problem); }};
 };
 
 } // namespace
 
 TEST_F(FileCheckLogTest, beginsAPrivateFileAndGoesOnInIt) {
-    log_.append("startup: ⌘ first");
-    EXPECT_EQ(fs::status(path_).permissions(), fs::perms::owner_read | fs::perms::owner_write);
-    FileCheckLog(path_, files_, clock_, [](std::string_view) {}).append("startup: second");
-    log_.append("startup: third");
-    EXPECT_EQ(readFile(path_), line("startup: ⌘ first") + line("startup: second") + line("startup: third"));
+    log.append("startup: ⌘ first");
+    EXPECT_EQ(fs::status(path).permissions(), fs::perms::owner_read | fs::perms::owner_write);
+    FileCheckLog(path, files, clock, [](std::string_view) {}).append("startup: second");
+    log.append("startup: third");
+    EXPECT_EQ(readFile(path), line("startup: ⌘ first") + line("startup: second") + line("startup: third"));
 }
 
 TEST_F(FileCheckLogTest, aFullLogBecomesTheOneOldLog) {
-    fs::create_directories(path_.parent_path());
-    writeFile(oldPath_, "ancient");
+    fs::create_directories(path.parent_path());
+    writeFile(oldPath, "ancient");
     const std::string full(FileCheckLog::maximumBytes, 'x');
-    writeFile(path_, full);
-    log_.append("a");
-    EXPECT_EQ(readFile(path_), full + line("a"));
-    EXPECT_EQ(readFile(oldPath_), "ancient");
-    log_.append("b");
-    EXPECT_EQ(readFile(path_), line("b"));
-    EXPECT_EQ(readFile(oldPath_), full + line("a"));
+    writeFile(path, full);
+    log.append("a");
+    EXPECT_EQ(readFile(path), full + line("a"));
+    EXPECT_EQ(readFile(oldPath), "ancient");
+    log.append("b");
+    EXPECT_EQ(readFile(path), line("b"));
+    EXPECT_EQ(readFile(oldPath), full + line("a"));
 }
 
 TEST_F(FileCheckLogTest, saysOnceThatLinesAreLostUntilOneIsWritten) {
-    const auto folder = path_.parent_path();
+    const auto logFolder = path.parent_path();
     // So long that the next line begins a new file.
     const std::string full(FileCheckLog::maximumBytes, 'x');
     for (int round = 0; round < 2; ++round) {
-        fs::remove_all(folder);
-        writeFile(folder, "in the way");
-        log_.append("lost");
-        log_.append("lost");
-        fs::remove(folder);
-        log_.append(full);
-        EXPECT_EQ(readFile(path_), line(full));
+        fs::remove_all(logFolder);
+        writeFile(logFolder, "in the way");
+        log.append("lost");
+        log.append("lost");
+        fs::remove(logFolder);
+        log.append(full);
+        EXPECT_EQ(readFile(path), line(full));
     }
-    EXPECT_THAT(problems_, ElementsAre(HasSubstr(path_.native()), HasSubstr(path_.native())));
+    EXPECT_THAT(problems, ElementsAre(HasSubstr(path.native()), HasSubstr(path.native())));
 }
 
 TEST_F(FileCheckLogTest, aFailedWriteIsAProblemToo) {
-    FileCheckLog full("/dev/full", files_, clock_,
-                      [this](std::string_view problem) { problems_.emplace_back(problem); });
+    FileCheckLog full("/dev/full", files, clock,
+                      [this](std::string_view problem) { problems.emplace_back(problem); });
     full.append("lost");
     full.append("lost");
-    EXPECT_EQ(problems_.size(), 1U);
+    EXPECT_EQ(problems.size(), 1U);
 }
 
 } // namespace karto::testing

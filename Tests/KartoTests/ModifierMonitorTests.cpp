@@ -26,16 +26,4 @@ TEST(ModifierMonitor, reportsTheWholeSetAfterEveryChangeToTheFirstListener) {
     EXPECT_EQ(reported.size(), 4U);
 }
 
-TEST(ModifierMonitor, canBeStartedAgainWhereTheKeysCouldNotBeWatched) {
-    MemoryDesktop desktop;
-    desktop.reportsModifiers = false;
-    ModifierMonitor monitor(desktop);
-    int calls = 0;
-    monitor.start([&](ModifierSet) { ++calls; });
-    desktop.reportsModifiers = true;
-    monitor.start([&](ModifierSet) { ++calls; });
-    desktop.hold({ModifierBits::shift});
-    EXPECT_EQ(calls, 1);
-}
-
 } // namespace karto::testing

@@ -20,46 +20,46 @@ constexpr Rect onRight{.x = 1100, .y = 100, .width = 300, .height = 200};
 class WindowServiceTest : public ::testing::Test {
 protected:
     WindowServiceTest() {
-        desktop_.connected = {{.name = "L", .frame = left, .visibleFrame = left},
-                              {.name = "R", .frame = right, .visibleFrame = right}};
+        desktop.connected = {{.name = "L", .frame = left, .visibleFrame = left},
+                             {.name = "R", .frame = right, .visibleFrame = right}};
     }
 
     std::vector<WindowHandle> listed(std::size_t display) {
         std::vector<WindowHandle> handles;
-        for (const auto& window : service_.windows(display, displays)) {
+        for (const auto& window : service.windows(display, displays)) {
             handles.push_back(window.element);
         }
         return handles;
     }
 
-    MemoryDesktop desktop_;
-    WindowService service_{desktop_};
-    std::int32_t editor_ = desktop_.launch("Editor");
-    std::int32_t mail_ = desktop_.launch("Mail");
+    MemoryDesktop desktop;
+    WindowService service{desktop};
+    std::int32_t editor = desktop.launch("Editor");
+    std::int32_t mail = desktop.launch("Mail");
 };
 
 } // namespace
 
 TEST_F(WindowServiceTest, focusFallsBackOnTheFirstWindowOfTheFrontmostApplication) {
-    EXPECT_EQ(service_.focusedWindow(), std::nullopt);
-    desktop_.frontmost = editor_;
-    EXPECT_EQ(service_.focusedWindow(), std::nullopt);
-    const auto first = desktop_.open(editor_, {.frame = onLeft});
-    const auto second = desktop_.open(editor_, {.frame = onLeft});
-    EXPECT_EQ(service_.focusedWindow(), first);
-    desktop_.application(editor_).focusedWindow = second;
-    EXPECT_EQ(service_.focusedWindow(), second);
-    desktop_.application(editor_).focusedWindow.reset();
-    desktop_.application(editor_).areWindowsReadable = false;
-    EXPECT_EQ(service_.focusedWindow(), std::nullopt);
+    EXPECT_EQ(service.focusedWindow(), std::nullopt);
+    desktop.frontmost = editor;
+    EXPECT_EQ(service.focusedWindow(), std::nullopt);
+    const auto first = desktop.open(editor, {.frame = onLeft});
+    const auto second = desktop.open(editor, {.frame = onLeft});
+    EXPECT_EQ(service.focusedWindow(), first);
+    desktop.application(editor).focusedWindow = second;
+    EXPECT_EQ(service.focusedWindow(), second);
+    desktop.application(editor).focusedWindow.reset();
+    desktop.application(editor).areWindowsReadable = false;
+    EXPECT_EQ(service.focusedWindow(), std::nullopt);
 }
 
 TEST_F(WindowServiceTest, listsOnlyOrdinaryWindowsOfRegularApplicationsOnTheDisplay) {
-    const auto ordinary = desktop_.open(editor_, {.frame = onLeft});
+    const auto ordinary = desktop.open(editor, {.frame = onLeft});
     const auto unknownState =
-        desktop_.open(editor_, {.frame = onLeft, .isMinimized = std::nullopt, .isFullscreen = std::nullopt});
+        desktop.open(editor, {.frame = onLeft, .isMinimized = std::nullopt, .isFullscreen = std::nullopt});
     const Rect astride{.x = 900, .y = 0, .width = 200, .height = 200};
-    const auto straddling = desktop_.open(editor_, {.frame = astride});
+    const auto straddling = desktop.open(editor, {.frame = astride});
     const Rect mostlyRight{.x = 990, .y = 0, .width = 200, .height = 200};
     for (const MemoryWindow& skipped :
          {MemoryWindow{.frame = onLeft, .isStandard = false},
@@ -69,74 +69,64 @@ TEST_F(WindowServiceTest, listsOnlyOrdinaryWindowsOfRegularApplicationsOnTheDisp
           MemoryWindow{.frame = onLeft, .isPositionReadable = false},
           MemoryWindow{.frame = onLeft, .isSizeReadable = false}, MemoryWindow{.frame = mostlyRight},
           MemoryWindow{.frame = {.x = -500, .y = -500, .width = 100, .height = 100}}}) {
-        desktop_.open(editor_, skipped);
+        desktop.open(editor, skipped);
     }
-    const auto agent = desktop_.launch("Agent");
-    desktop_.application(agent).application.isRegular = false;
-    desktop_.open(agent, {.frame = onLeft});
-    desktop_.open(mail_, {.frame = onLeft});
-    desktop_.application(mail_).areWindowsReadable = false;
+    const auto agent = desktop.launch("Agent");
+    desktop.application(agent).application.isRegular = false;
+    desktop.open(agent, {.frame = onLeft});
+    desktop.open(mail, {.frame = onLeft});
+    desktop.application(mail).areWindowsReadable = false;
 
     EXPECT_THAT(listed(0), ElementsAre(ordinary, unknownState, straddling));
 }
 
-TEST_F(WindowServiceTest, listsTheFrontmostApplicationFirst) {
-    const auto browser = desktop_.launch("Browser");
-    const auto inEditor = desktop_.open(editor_, {.frame = onRight});
-    const auto inMail = desktop_.open(mail_, {.frame = onRight});
-    const auto inBrowser = desktop_.open(browser, {.frame = onRight});
-    EXPECT_THAT(listed(1), ElementsAre(inEditor, inMail, inBrowser));
-    desktop_.frontmost = browser;
-    EXPECT_THAT(listed(1), ElementsAre(inBrowser, inEditor, inMail));
+TEST_F(WindowServiceTest, raisingBringsTheWindowAndItsApplicationToTheFront) {
+    const auto inEditor = desktop.open(editor, {.frame = onRight});
+    const auto topmost = desktop.open(mail, {.frame = onRight});
+    const auto below = desktop.open(mail, {.frame = onRight});
+    ASSERT_THAT(listed(1), ElementsAre(inEditor, topmost, below));
+    service.raise(service.windows(1, displays).back());
+    EXPECT_EQ(service.focusedWindow(), below);
+    EXPECT_THAT(listed(1), ElementsAre(below, topmost, inEditor));
 }
 
 TEST_F(WindowServiceTest, snapshotsCarryWhatTheSwitcherShows) {
     const auto icon = std::make_shared<const Image>();
-    desktop_.application(editor_).icon = icon;
-    const auto anonymous = desktop_.launch(std::nullopt);
-    const auto titled = desktop_.open(editor_, {.frame = onLeft, .title = "notes"});
-    const auto untitled = desktop_.open(anonymous, {.frame = onLeft, .title = ""});
-    EXPECT_THAT(service_.windows(0, displays), ElementsAre(WindowSnapshot{.element = titled,
-                                                                          .frame = onLeft,
-                                                                          .appName = "Editor",
-                                                                          .title = "notes",
-                                                                          .icon = icon,
-                                                                          .pid = editor_},
-                                                           WindowSnapshot{.element = untitled,
-                                                                          .frame = onLeft,
-                                                                          .appName = std::nullopt,
-                                                                          .title = std::nullopt,
-                                                                          .icon = nullptr,
-                                                                          .pid = anonymous}));
+    desktop.application(editor).icon = icon;
+    const auto anonymous = desktop.launch(std::nullopt);
+    const auto titled = desktop.open(editor, {.frame = onLeft, .title = "notes"});
+    const auto untitled = desktop.open(anonymous, {.frame = onLeft, .title = ""});
+    EXPECT_THAT(service.windows(0, displays), ElementsAre(WindowSnapshot{.element = titled,
+                                                                         .frame = onLeft,
+                                                                         .appName = "Editor",
+                                                                         .title = "notes",
+                                                                         .icon = icon,
+                                                                         .pid = editor},
+                                                          WindowSnapshot{.element = untitled,
+                                                                         .frame = onLeft,
+                                                                         .appName = std::nullopt,
+                                                                         .title = std::nullopt,
+                                                                         .icon = nullptr,
+                                                                         .pid = anonymous}));
 }
 
 TEST_F(WindowServiceTest, aWindowKeptOnItsScreenArrivesWholeOnAnother) {
-    const auto window = desktop_.open(editor_, {.frame = onLeft, .staysOnScreen = true});
+    const auto window = desktop.open(editor, {.frame = onLeft, .staysOnScreen = true});
     const Rect larger{.x = 2000, .y = 0, .width = 1000, .height = 1600};
-    service_.setFrame(larger, window);
-    EXPECT_EQ(service_.frame(window), larger);
+    service.setFrame(larger, window);
+    EXPECT_EQ(service.frame(window), larger);
     const Rect smaller{.x = 500, .y = 0, .width = 500, .height = 800};
-    service_.setFrame(smaller, window);
-    EXPECT_EQ(service_.frame(window), smaller);
+    service.setFrame(smaller, window);
+    EXPECT_EQ(service.frame(window), smaller);
 }
 
 TEST_F(WindowServiceTest, aWindowThatCannotTakeTheWholeFrameIsLeftAlone) {
     for (const MemoryWindow& fixed : {MemoryWindow{.frame = onLeft, .isPositionSettable = false},
                                       MemoryWindow{.frame = onLeft, .isSizeSettable = false}}) {
-        const auto window = desktop_.open(editor_, fixed);
-        service_.setFrame(onRight, window);
-        EXPECT_EQ(service_.frame(window), onLeft);
+        const auto window = desktop.open(editor, fixed);
+        service.setFrame(onRight, window);
+        EXPECT_EQ(service.frame(window), onLeft);
     }
-}
-
-TEST_F(WindowServiceTest, raisingBringsTheWindowAndItsApplicationToTheFront) {
-    desktop_.focus(desktop_.open(editor_, {.frame = onLeft}));
-    desktop_.open(mail_, {.frame = onLeft});
-    const auto below = desktop_.open(mail_, {.frame = onLeft});
-    const auto snapshot = service_.windows(0, displays).back();
-    ASSERT_EQ(snapshot.element, below);
-    service_.raise(snapshot);
-    EXPECT_EQ(service_.focusedWindow(), below);
 }
 
 } // namespace karto::testing

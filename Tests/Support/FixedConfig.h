@@ -20,11 +20,13 @@ class FixedConfig final : public ConfigProviding {
 public:
     FixedConfig() = default;
 
-    explicit FixedConfig(KartoConfig config) { (void)save(config); }
+    explicit FixedConfig(std::optional<KartoConfig> config) { set(std::move(config)); }
 
     std::optional<std::string> error;
 
-    void clear() { current_.reset(); }
+    void set(std::optional<KartoConfig> config) {
+        current_ = config ? std::make_shared<const KartoConfig>(*std::move(config)) : nullptr;
+    }
 
     [[nodiscard]] const std::string& path() const override { return path_; }
 
@@ -37,7 +39,7 @@ public:
     void start(std::function<void(ConfigChangeEvent)> /*onChange*/) override {}
 
     std::expected<void, SaveError> save(const KartoConfig& config) override {
-        current_ = std::make_shared<const KartoConfig>(config);
+        set(config);
         return {};
     }
 

@@ -157,7 +157,8 @@ void MemoryDesktop::raise(WindowHandle window) {
         return;
     }
     MemoryApplication& application = owner(window);
-    std::ranges::stable_partition(application.windows, [=](WindowHandle each) { return each == window; });
+    std::erase(application.windows, window);
+    application.windows.insert(application.windows.begin(), window);
     application.focusedWindow = window;
 }
 

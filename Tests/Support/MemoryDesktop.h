@@ -149,7 +149,7 @@ private:
     // The window as far as a frame can be asked of it.
     MemoryWindow* movable(WindowHandle window);
     // The screen that a rectangle is on for the most part, else the first one.
-    Rect screenOf(const Rect& rect) const;
+    [[nodiscard]] Rect screenOf(const Rect& rect) const;
 
     std::vector<MemoryApplication> applications_;
     std::map<WindowHandle, MemoryWindow> windows_;

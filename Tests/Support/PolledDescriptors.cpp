@@ -14,6 +14,7 @@ Registration PolledDescriptors::watch(int descriptor, std::function<void()> onRe
 
 bool PolledDescriptors::dispatch(std::chrono::milliseconds atMost) {
     std::vector<pollfd> polled;
+    polled.reserve(callbacks_.size());
     for (const auto& [descriptor, callback] : callbacks_) {
         polled.push_back({.fd = descriptor, .events = POLLIN, .revents = 0});
     }

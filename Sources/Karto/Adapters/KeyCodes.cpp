@@ -2,17 +2,13 @@
 
 #include <algorithm>
 #include <string_view>
+#include <utility>
 
 namespace karto {
 
 namespace {
 
-struct NamedKey {
-    std::string_view name;
-    std::uint32_t keyCode = 0;
-};
-
-constexpr std::array<NamedKey, 34> namedKeys{{
+constexpr std::array<std::pair<std::string_view, std::uint32_t>, 34> namedKeys{{
     {"a", 0},      {"b", 11},
     {"c", 8},      {"d", 2},
     {"e", 14},     {"f", 3},
@@ -39,17 +35,18 @@ struct ModifierCode {
 };
 
 constexpr std::array<ModifierCode, 4> modifierCodes{{
-    {ModifierSet::shift, HotKeyMask::shift, ModifierBits::shift},
-    {ModifierSet::command, HotKeyMask::command, ModifierBits::command},
-    {ModifierSet::control, HotKeyMask::control, ModifierBits::control},
-    {ModifierSet::option, HotKeyMask::option, ModifierBits::option},
+    {.modifier = ModifierSet::shift, .hotKeyMask = HotKeyMask::shift, .flag = ModifierBits::shift},
+    {.modifier = ModifierSet::command, .hotKeyMask = HotKeyMask::command, .flag = ModifierBits::command},
+    {.modifier = ModifierSet::control, .hotKeyMask = HotKeyMask::control, .flag = ModifierBits::control},
+    {.modifier = ModifierSet::option, .hotKeyMask = HotKeyMask::option, .flag = ModifierBits::option},
 }};
 
 } // namespace
 
 std::optional<std::uint32_t> carbonKeyCode(const CommandKey& key) {
-    const auto* const found = std::ranges::find(namedKeys, key.name(), &NamedKey::name);
-    return found == namedKeys.end() ? std::nullopt : std::optional(found->keyCode);
+    const auto* const found =
+        std::ranges::find(namedKeys, key.name(), [](const auto& named) { return named.first; });
+    return found == namedKeys.end() ? std::nullopt : std::optional(found->second);
 }
 
 std::uint32_t carbonFlags(ModifierSet modifiers) {

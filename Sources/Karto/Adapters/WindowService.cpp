@@ -3,6 +3,7 @@
 #include "KartoCore/Membership.h"
 
 #include <algorithm>
+#include <iterator>
 #include <utility>
 
 namespace karto {
@@ -95,8 +96,10 @@ std::vector<Application> WindowService::regularApplications() {
     auto applications = accessibility_.runningApplications();
     std::erase_if(applications, [](const Application& application) { return !application.isRegular; });
     if (const auto frontmost = accessibility_.frontmostApplication()) {
-        std::ranges::stable_partition(
-            applications, [pid = frontmost->pid](const Application& each) { return each.pid == pid; });
+        const auto first = std::ranges::find(applications, frontmost->pid, &Application::pid);
+        if (first != applications.end()) {
+            std::rotate(applications.begin(), first, std::next(first));
+        }
     }
     return applications;
 }

@@ -15,11 +15,12 @@ namespace karto {
 template<typename... Arguments>
 class Observers {
 public:
+    using Observer = std::function<void(const Arguments&...)>;
+
     // The registration may outlive this object.
-    [[nodiscard]] Registration add(std::function<void(Arguments...)> observer) {
+    [[nodiscard]] Registration add(Observer observer) {
         const auto key = added_++;
-        observers_.emplace(key,
-                           std::make_shared<const std::function<void(Arguments...)>>(std::move(observer)));
+        observers_.emplace(key, std::make_shared<const Observer>(std::move(observer)));
         return Registration(callbacks_.wrap([this, key] { observers_.erase(key); }));
     }
 
@@ -35,7 +36,7 @@ public:
     }
 
 private:
-    std::map<std::uint64_t, std::shared_ptr<const std::function<void(Arguments...)>>> observers_;
+    std::map<std::uint64_t, std::shared_ptr<const Observer>> observers_;
     std::uint64_t added_ = 0;
     WeakCallbacks callbacks_;
 };

@@ -93,13 +93,13 @@ std::optional<Registration> InotifyFileWatch::watch(const std::string& path, std
         // A folder that may not be read cannot be watched; the file itself still is.
         ::inotify_add_watch(file->inotify.number(), place.c_str(), placeEvents | IN_DONT_FOLLOW);
     }
-    file->readable =
-        descriptors_.watch(file->inotify.number(), [weakFile = std::weak_ptr<const WatchedFile>(file)] {
-            // Held while it calls back, because the callback may end the registration.
-            if (const auto watched = weakFile.lock(); watched && hasChanged(*watched)) {
-                watched->onChange();
-            }
-        });
+    file->readable = descriptors_.watch(file->inotify.number(), [&watched = *file] {
+        if (hasChanged(watched)) {
+            // A copy, because the callback may end the registration and with it the file.
+            const auto callback = watched.onChange;
+            callback();
+        }
+    });
     return Registration([file] {});
 }
 

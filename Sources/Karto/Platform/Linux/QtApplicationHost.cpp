@@ -41,7 +41,8 @@ QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
 }
 
 std::size_t QtApplicationHost::runAlert(const Alert& alert) {
-    QMessageBox box(QMessageBox::Warning, "Karto", QString::fromStdString(alert.message));
+    const auto message = QString::fromStdString(alert.message).toHtmlEscaped();
+    QMessageBox box(QMessageBox::Warning, "Karto", QString("<b>%1</b>").arg(message));
     box.setInformativeText(QString::fromStdString(alert.informativeText));
     std::vector<QPushButton*> buttons;
     buttons.reserve(alert.buttons.size());

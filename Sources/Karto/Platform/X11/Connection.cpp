@@ -149,7 +149,7 @@ std::vector<const xcb_generic_event_t*> Connection::awaitEvents(Deadline deadlin
     const auto known = line_.size();
     while (true) {
         while (xcb_generic_event_t* event = xcb_poll_for_event(get())) {
-            line_.emplace_back(event);
+            lineUp(event);
         }
         if (line_.size() > known || broken() || !waitReadable(deadline)) {
             break;
@@ -164,19 +164,15 @@ std::vector<const xcb_generic_event_t*> Connection::awaitEvents(Deadline deadlin
 }
 
 Registration Connection::observe(std::function<void(const xcb_generic_event_t&)> onEvent) {
-    const auto key = registrations_++;
-    observers_.emplace(key, std::move(onEvent));
-    return Registration(callbacks_.wrap([this, key] { observers_.erase(key); }));
+    return eventObservers_.add(std::move(onEvent));
 }
 
 Registration Connection::observeTurnEnds(std::function<void()> onTurnEnd) {
-    const auto key = registrations_++;
-    turnObservers_.emplace(key, std::move(onTurnEnd));
-    return Registration(callbacks_.wrap([this, key] { turnObservers_.erase(key); }));
+    return turnObservers_.add(std::move(onTurnEnd));
 }
 
 Registration Connection::select(xcb_window_t window, std::uint32_t eventMask) {
-    const auto key = registrations_++;
+    const auto key = selected_++;
     selections_[window].emplace(key, eventMask);
     applySelection(window);
     return Registration(callbacks_.wrap([this, window, key] {
@@ -215,7 +211,16 @@ void Connection::tellWindowManager(xcb_window_t window, xcb_atom_t type,
 
 void Connection::takeReadEvents() {
     while (xcb_generic_event_t* event = xcb_poll_for_queued_event(get())) {
-        line_.emplace_back(event);
+        lineUp(event);
+    }
+}
+
+void Connection::lineUp(xcb_generic_event_t* received) {
+    Event event(received);
+    // Requests that nobody awaits may fail: windows vanish at any time.
+    constexpr int error = 0;
+    if (eventCode(*event) != error) {
+        line_.push_back(std::move(event));
     }
 }
 
@@ -237,15 +242,18 @@ void Connection::dispatch() {
     dispatching_ = true;
     while (true) {
         if (line_.empty()) {
-            Event event(xcb_poll_for_event(get()));
-            if (!event) {
+            xcb_generic_event_t* event = xcb_poll_for_event(get());
+            if (event == nullptr) {
                 break;
             }
-            line_.push_back(std::move(event));
+            lineUp(event);
+            continue;
         }
         const Event event = std::move(line_.front());
         line_.pop_front();
-        handOut(*event);
+        ++turn_;
+        eventObservers_.notify(*event);
+        turnObservers_.notify();
     }
     dispatching_ = false;
     flush();
@@ -254,19 +262,6 @@ void Connection::dispatch() {
         if (const auto onBroken = std::exchange(onBroken_, nullptr)) {
             onBroken();
         }
-    }
-}
-
-void Connection::handOut(const xcb_generic_event_t& event) {
-    ++turn_;
-    // An observer may come or go while another is called.
-    for (auto next = observers_.begin(); next != observers_.end();) {
-        const auto key = next->first;
-        next->second(event);
-        next = observers_.upper_bound(key);
-    }
-    for (const auto& [key, onTurnEnd] : turnObservers_) {
-        onTurnEnd();
     }
 }
 

@@ -4,6 +4,7 @@
 // longer than a bound. Events that arrive meanwhile are kept and handed out from the event loop, in order.
 
 #include "Karto/Platform/DescriptorWatch.h"
+#include "Karto/Platform/Observers.h"
 #include "Karto/Platform/Registration.h"
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/WeakCallbacks.h"
@@ -108,18 +109,16 @@ private:
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
-    using Observers = std::map<std::uint64_t, std::function<void(const xcb_generic_event_t&)>>;
-
     Connection(xcb_connection_t* connection, int screenNumber);
 
     void* awaitReply(unsigned sequence, Deadline deadline);
     [[nodiscard]] bool waitReadable(Deadline deadline) const;
     // Moves what xcb has read already into the line.
     void takeReadEvents();
+    void lineUp(xcb_generic_event_t* received);
     // Makes sure that events in line are handed out although the socket has nothing new to read.
     void dispatchSoon();
     void dispatch();
-    void handOut(const xcb_generic_event_t& event);
     void applySelection(xcb_window_t window) const;
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
@@ -128,10 +127,11 @@ private:
     bool knowsProcesses_ = false;
     bool isNestedInWayland_ = false;
     std::deque<Event> line_;
-    Observers observers_;
-    std::map<std::uint64_t, std::function<void()>> turnObservers_;
+    Observers<xcb_generic_event_t> eventObservers_;
+    Observers<> turnObservers_;
+    // What each registration selects of a window.
     std::map<xcb_window_t, std::map<std::uint64_t, std::uint32_t>> selections_;
-    std::uint64_t registrations_ = 0;
+    std::uint64_t selected_ = 0;
     std::uint64_t turn_ = 0;
     bool dispatching_ = false;
     std::function<void()> onBroken_;

@@ -66,7 +66,7 @@ struct MonitorRequest {
     bool isPrimary = false;
     xcb_get_atom_name_cookie_t name{};
     // Absent for a monitor without outputs.
-    std::optional<xcb_randr_get_output_property_cookie_t> edid{};
+    std::optional<xcb_randr_get_output_property_cookie_t> edid = std::nullopt;
 };
 
 std::vector<MonitorRequest> requestMonitors(Connection& connection,
@@ -91,7 +91,10 @@ std::vector<MonitorRequest> requestMonitors(Connection& connection,
         }
         requests.push_back(request);
     }
-    std::ranges::stable_partition(requests, &MonitorRequest::isPrimary);
+    if (const auto primary = std::ranges::find(requests, true, &MonitorRequest::isPrimary);
+        primary != requests.end()) {
+        std::rotate(requests.begin(), primary, primary + 1);
+    }
     return requests;
 }
 
@@ -119,7 +122,7 @@ struct WindowRequest {
     xcb_get_property_cookie_t strut{};
     xcb_get_property_cookie_t type{};
     // A client counts also while it is minimized; any other window only while it is shown.
-    std::optional<xcb_get_window_attributes_cookie_t> attributes{};
+    std::optional<xcb_get_window_attributes_cookie_t> attributes = std::nullopt;
 };
 
 WindowRequest requestWindow(Connection& connection, xcb_window_t window) {
@@ -134,6 +137,7 @@ WindowRequest requestWindow(Connection& connection, xcb_window_t window) {
 
 std::vector<WindowRequest> requestWindows(Connection& connection, const Outline& outline) {
     std::vector<WindowRequest> requests;
+    requests.reserve(outline.clients.size() + outline.others.size());
     for (const auto window : outline.clients) {
         requests.push_back(requestWindow(connection, window));
     }

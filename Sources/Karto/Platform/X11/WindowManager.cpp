@@ -23,13 +23,11 @@ bool WindowManager::alive() {
 }
 
 bool WindowManager::awaitAlive(Deadline deadline) {
-    while (!alive()) {
-        if (connection_.awaitEvents(deadline).empty()) {
-            return false;
-        }
+    while (!alive() && std::chrono::steady_clock::now() < deadline) {
+        connection_.awaitEvents(deadline);
         stale_ = true;
     }
-    return true;
+    return alive();
 }
 
 bool WindowManager::supports(xcb_atom_t feature) { return alive() && supported_.contains(feature); }

@@ -28,20 +28,20 @@ std::vector<std::uint8_t> subsets(std::uint8_t bits) {
 
 X11HotKeyCenter::X11HotKeyCenter(Connection& connection, Scheduler& scheduler)
     : connection_(connection)
-    , scheduler_(scheduler)
-    , xkb_(Xkb::use(connection)) {
-    if (!xkb_) {
+    , scheduler_(scheduler) {
+    const auto xkb = Xkb::use(connection);
+    if (!xkb) {
         return;
     }
-    xkb_->detectRepetition();
-    xkb_->selectKeyboardChanges();
-    events_ =
-        connection_.observe(callbacks_.wrap([this](const xcb_generic_event_t& event) { handle(event); }));
+    xkb->detectRepetition();
+    xkb->selectKeyboardChanges();
+    events_ = connection_.observe(
+        callbacks_.wrap([this, xkb = *xkb](const xcb_generic_event_t& event) { handle(xkb, event); }));
     readAgain();
 }
 
 Registration X11HotKeyCenter::installHandler(std::function<void(std::uint32_t id)> onPress) {
-    return xkb_ ? handlers_.add(std::move(onPress)) : Registration();
+    return events_ ? handlers_.add(std::move(onPress)) : Registration();
 }
 
 std::expected<Registration, HotKeyRefused> X11HotKeyCenter::registerHotKey(const HotKey& hotKey) {
@@ -98,12 +98,12 @@ void X11HotKeyCenter::release(const Grab& grab) {
     connection_.flush();
 }
 
-void X11HotKeyCenter::handle(const xcb_generic_event_t& event) {
+void X11HotKeyCenter::handle(const Xkb& xkb, const xcb_generic_event_t& event) {
     if (eventCode(event) == XCB_KEY_PRESS) {
         pressed(eventAs<xcb_key_press_event_t>(event));
     } else if (eventCode(event) == XCB_KEY_RELEASE && keyboard_) {
         filter_.released(eventAs<xcb_key_release_event_t>(event).detail, keyboard_->repetition);
-    } else if (xkb_->isKeyboardChange(event)) {
+    } else if (xkb.isKeyboardChange(event)) {
         readSoon(gatherTime);
     }
 }

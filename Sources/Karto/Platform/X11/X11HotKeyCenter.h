@@ -38,7 +38,7 @@ private:
         }
     };
 
-    void handle(const xcb_generic_event_t& event);
+    void handle(const Xkb& xkb, const xcb_generic_event_t& event);
     void pressed(const xcb_key_press_event_t& press);
     [[nodiscard]] std::optional<Grab> grabFor(const HotKey& hotKey) const;
     bool claim(const Grab& grab);
@@ -48,13 +48,13 @@ private:
 
     Connection& connection_;
     Scheduler& scheduler_;
-    std::optional<Xkb> xkb_;
     std::optional<Keyboard> keyboard_;
     PressFilter filter_;
     std::map<std::uint64_t, Grab> grabs_;
     std::uint64_t claimed_ = 0;
     Observers<std::uint32_t> handlers_;
     Observers<> changeObservers_;
+    // Absent without the keyboard extension.
     Registration events_;
     Registration reading_;
     WeakCallbacks callbacks_;

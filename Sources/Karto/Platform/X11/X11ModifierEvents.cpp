@@ -5,24 +5,24 @@
 namespace karto::x11 {
 
 X11ModifierEvents::X11ModifierEvents(Connection& connection)
-    : connection_(connection)
-    , xkb_(Xkb::use(connection)) {
-    if (!xkb_) {
+    : connection_(connection) {
+    const auto xkb = Xkb::use(connection);
+    if (!xkb) {
         return;
     }
-    xkb_->selectKeyboardChanges();
-    xkb_->selectHeldModifiers();
-    events_ =
-        connection_.observe(callbacks_.wrap([this](const xcb_generic_event_t& event) { handle(event); }));
+    xkb->selectKeyboardChanges();
+    xkb->selectHeldModifiers();
+    events_ = connection_.observe(
+        callbacks_.wrap([this, xkb = *xkb](const xcb_generic_event_t& event) { handle(xkb, event); }));
     held();
 }
 
 Registration X11ModifierEvents::observe(std::function<void(ModifierFlags)> onChange) {
-    return xkb_ ? observers_.add(std::move(onChange)) : Registration();
+    return events_ ? observers_.add(std::move(onChange)) : Registration();
 }
 
 ModifierFlags X11ModifierEvents::held() {
-    if (!xkb_) {
+    if (!events_) {
         return {};
     }
     const auto request = xcb_xkb_get_state(connection_.get(), coreKeyboard);
@@ -33,12 +33,12 @@ ModifierFlags X11ModifierEvents::held() {
     return held_;
 }
 
-void X11ModifierEvents::handle(const xcb_generic_event_t& event) {
-    if (xkb_->isKeyboardChange(event)) {
+void X11ModifierEvents::handle(const Xkb& xkb, const xcb_generic_event_t& event) {
+    if (xkb.isKeyboardChange(event)) {
         masksAreCurrent_ = false;
         return;
     }
-    const auto* const news = xkb_->heldModifiers(event);
+    const auto* const news = xkb.heldModifiers(event);
     if (news == nullptr) {
         return;
     }

@@ -9,7 +9,6 @@
 #include "Karto/Platform/X11/Xkb.h"
 
 #include <cstdint>
-#include <optional>
 
 namespace karto::x11 {
 
@@ -21,16 +20,16 @@ public:
     ModifierFlags held() override;
 
 private:
-    void handle(const xcb_generic_event_t& event);
+    void handle(const Xkb& xkb, const xcb_generic_event_t& event);
     // The program's bits for real modifiers, by the keyboard as it is now.
     ModifierFlags flags(unsigned realModifiers);
 
     Connection& connection_;
-    std::optional<Xkb> xkb_;
     ModifierMasks masks_;
     bool masksAreCurrent_ = false;
     ModifierFlags held_;
     Observers<ModifierFlags> observers_;
+    // Absent without the keyboard extension.
     Registration events_;
     WeakCallbacks callbacks_;
 };
