@@ -1,0 +1,95 @@
+#include "DesktopTest.h"
+
+#include <algorithm>
+
+namespace karto::desktop {
+
+using CommandTest = ManagerTest;
+INSTANTIATE_TEST_SUITE_P(On, CommandTest, onEveryManager, managerName);
+
+TEST_P(CommandTest, everyMoveTakesTheFocusedWindowToItsPlaceOnTwoDisplays) {
+    startKarto();
+    const Application window = Application::probe(desktop, "plain", "alpha", somewhere);
+
+    struct Step {
+        std::string key;
+        std::string command;
+        Rect frame;
+    };
+
+    const std::vector<Step> steps{
+        {.key = "AE01", .command = "moveToZone(1)", .frame = zone::one},
+        {.key = "AE02", .command = "moveToZone(2)", .frame = zone::two},
+        {.key = "UP", .command = "expandZone", .frame = zone::rightOfStudio},
+        {.key = "UP", .command = "expandZone", .frame = zone::studio},
+        {.key = "DOWN", .command = "shrinkZone", .frame = zone::rightOfStudio},
+        {.key = "DOWN", .command = "shrinkZone", .frame = zone::two},
+        {.key = "RGHT", .command = "nextZone", .frame = zone::three},
+        {.key = "RGHT", .command = "nextZone", .frame = zone::four},
+        {.key = "AC04", .command = "fillDisplay", .frame = zone::tower},
+        {.key = "AE05", .command = "moveToZone(5)", .frame = zone::five},
+        {.key = "RGHT", .command = "nextZone", .frame = zone::one},
+        {.key = "LEFT", .command = "previousZone", .frame = zone::five},
+        {.key = "AE03", .command = "moveToZone(3)", .frame = zone::three},
+        {.key = "AC04", .command = "fillDisplay", .frame = zone::studio},
+    };
+    for (const Step& step : steps) {
+        SCOPED_TRACE(step.command);
+        const auto outcome = Outcome::in(press(step.key, step.command));
+        ASSERT_TRUE(outcome);
+        EXPECT_TRUE(outcome->accepted);
+        EXPECT_TRUE(takes(window, step.frame));
+        EXPECT_TRUE(fits(outcome->result, step.frame)) << "the log tells another frame";
+    }
+    const Rect stray{.x = 750, .y = 500, .width = 400, .height = 260};
+    desktop.x().place(window.window(), stray);
+    require("a stray window", [&] { return fits(window.frame(), stray); });
+    press("AC01", "snapToZone");
+    EXPECT_TRUE(takes(window, zone::three));
+
+    EXPECT_NE(press("AE09", "moveToZone(9)").find("no destination found for frame"), std::string::npos);
+    EXPECT_TRUE(takes(window, zone::three));
+}
+
+TEST_P(CommandTest, tidyDealsTheWindowsOfOneDisplayOverItsZones) {
+    startKarto();
+    const Application elsewhere =
+        Application::probe(desktop, "plain", "elsewhere", {.x = 1400, .y = 90, .width = 300, .height = 200});
+    const Rect untouched = elsewhere.frame();
+    std::vector<Application> windows;
+    for (const std::string name : {"alpha", "beta", "gamma", "delta"}) {
+        windows.push_back(Application::probe(desktop, "plain", name, somewhere));
+    }
+    EXPECT_NE(press("AD05", "tidy")
+                  .find(R"(laid out 4 window(s) on display "Studio" across 3 zone(s), 4 accepted)"),
+              std::string::npos);
+    EXPECT_TRUE(takes(windows.back(), zone::one)) << "the frontmost window comes first";
+    const auto windowsIn = [&](const Rect& place) {
+        return std::ranges::count_if(windows,
+                                     [&](const auto& window) { return fits(window.frame(), place); });
+    };
+    EXPECT_EQ(windowsIn(zone::one), 2);
+    EXPECT_EQ(windowsIn(zone::two), 1);
+    EXPECT_EQ(windowsIn(zone::three), 1);
+    EXPECT_EQ(elsewhere.frame(), untouched);
+}
+
+TEST_P(CommandTest, theSwitcherRaisesTheOtherWindowOfTheZoneUnlessCancelled) {
+    startKarto();
+    const Application below = Application::probe(desktop, "plain", "below", somewhere);
+    press("AE01", "moveToZone(1)");
+    const Application above = Application::probe(desktop, "plain", "above", somewhere);
+    press("AE01", "moveToZone(1)");
+
+    keys.holdHyper();
+    keys.tap("TAB");
+    keys.tap("ESC");
+    keys.releaseHyper();
+    EXPECT_TRUE(karto->log().next("switcher: cancelled, nothing raised"));
+    EXPECT_EQ(desktop.x().activeWindow(), above.window());
+
+    keys.chord("TAB");
+    EXPECT_TRUE(eventually([&] { return desktop.x().activeWindow() == below.window(); }));
+}
+
+} // namespace karto::desktop

@@ -1,0 +1,123 @@
+#pragma once
+// The stage of every test here: a private desktop with a landscape and a portrait display, a panel at the
+// lower edge of the portrait one, a window manager, and the program with the sample configuration.
+
+#include "Support/Application.h"
+#include "Support/KartoProcess.h"
+#include "Support/KeyPresser.h"
+
+#include <gtest/gtest.h>
+
+#include <cmath>
+#include <iostream>
+
+namespace karto::desktop {
+
+namespace zone {
+inline constexpr Rect one{.x = 0, .y = 0, .width = 640, .height = 800};
+inline constexpr Rect two{.x = 640, .y = 0, .width = 640, .height = 400};
+inline constexpr Rect three{.x = 640, .y = 400, .width = 640, .height = 400};
+inline constexpr Rect four{.x = 1280, .y = 497.5, .width = 600, .height = 497.5};
+inline constexpr Rect five{.x = 1280, .y = 0, .width = 600, .height = 497.5};
+inline constexpr Rect studio{.x = 0, .y = 0, .width = 1280, .height = 800};
+inline constexpr Rect rightOfStudio{.x = 640, .y = 0, .width = 640, .height = 800};
+// Without the panel.
+inline constexpr Rect tower{.x = 1280, .y = 0, .width = 600, .height = 995};
+} // namespace zone
+
+inline constexpr Rect somewhere{.x = 100, .y = 90, .width = 420, .height = 310};
+
+// Equal but for the rounding to whole pixels of every edge.
+inline bool fits(const Rect& frame, const Rect& wanted) {
+    return std::abs(frame.x - wanted.x) < 1 && std::abs(frame.y - wanted.y) < 1 &&
+           std::abs(frame.maxX() - wanted.maxX()) < 1 && std::abs(frame.maxY() - wanted.maxY()) < 1;
+}
+
+class DesktopTest : public testing::Test {
+protected:
+    explicit DesktopTest(const std::string& manager = "openbox") {
+        desktop.startWindowManager(manager);
+        KartoProcess::writeConfiguration(desktop, sampleConfiguration);
+    }
+
+    void TearDown() override {
+        if (HasFailure() && karto) {
+            std::cerr << "--- check log\n"
+                      << contentsOf(KartoProcess::logPath(desktop)) << "--- standard error\n"
+                      << karto->process().errors();
+        }
+        if (karto && shouldSurvive) {
+            EXPECT_TRUE(karto->process().isAlive()) << "the program died";
+        }
+    }
+
+    // Ends the one that runs.
+    void launchKarto(const Environment& changes = {}) {
+        karto.reset();
+        karto = std::make_unique<KartoProcess>(desktop, changes);
+    }
+
+    void startKarto() {
+        launchKarto();
+        karto->waitForBanner();
+    }
+
+    // Presses hyper and the key, and returns what the log says next about the command; empty when nothing.
+    std::string press(const std::string& key, const std::string& command) {
+        keys.chord(key);
+        return karto->log().next("command " + command + ":").value_or("");
+    }
+
+    // The same for a change that reaches the program in its own time: pressed until the command fits.
+    testing::AssertionResult pressUntilFits(const std::string& key, const Application& window,
+                                            const Rect& wanted) {
+        const bool fitted = eventually([&] {
+            keys.chord(key);
+            return eventually([&] { return fits(window.frame(), wanted); }, 300ms);
+        });
+        return fitted ? testing::AssertionSuccess() : mismatch(window, wanted);
+    }
+
+    testing::AssertionResult takes(const Application& window, const Rect& wanted) {
+        const bool fitted = eventually([&] { return fits(window.frame(), wanted); }, 2s);
+        return fitted ? testing::AssertionSuccess() : mismatch(window, wanted);
+    }
+
+    PrivateDesktop desktop;
+    KeyPresser keys{desktop.x()};
+    ChildProcess panel = startPanel(desktop, studioAndTower[1].area, 29);
+    std::unique_ptr<KartoProcess> karto;
+    bool shouldSurvive = true;
+
+private:
+    static testing::AssertionResult mismatch(const Application& window, const Rect& wanted) {
+        const Rect is = window.frame();
+        return testing::AssertionFailure()
+               << window.name() << " is at " << is.x << ", " << is.y << ", " << is.width << ", " << is.height
+               << " instead of " << wanted.x << ", " << wanted.y << ", " << wanted.width << ", "
+               << wanted.height;
+    }
+};
+
+class ManagerTest : public DesktopTest, public testing::WithParamInterface<std::string> {
+protected:
+    ManagerTest()
+        : DesktopTest(GetParam()) {}
+};
+
+// The window managers of this machine; the first three are always tested.
+inline std::vector<std::string> windowManagers() {
+    std::vector<std::string> names{"openbox", "xfwm4", "metacity"};
+    for (const std::string name : {"kwin_x11", "mutter"}) {
+        if (std::filesystem::exists("/usr/bin/" + name)) {
+            names.push_back(name);
+        }
+    }
+    return names;
+}
+
+inline const auto onEveryManager = testing::ValuesIn(windowManagers());
+
+inline std::string managerName(const testing::TestParamInfo<std::string>& info) { return info.param; }
+
+} // namespace karto::desktop

@@ -1,0 +1,240 @@
+#include "Support/PrivateDesktop.h"
+
+#include <fmt/format.h>
+#include <xcb/randr.h>
+
+#include <algorithm>
+#include <array>
+#include <csignal>
+#include <fstream>
+#include <numeric>
+
+namespace karto::desktop {
+
+namespace {
+
+namespace fs = std::filesystem;
+
+constexpr std::string_view serverConfiguration = R"(
+Section "ServerFlags"
+    Option "AutoAddDevices" "false"
+    Option "AutoAddGPU" "false"
+    Option "DontVTSwitch" "true"
+EndSection
+Section "Device"
+    Identifier "card"
+    Driver "dummy"
+    VideoRam 65536
+EndSection
+Section "Screen"
+    Identifier "screen"
+    Device "card"
+    DefaultDepth 24
+    SubSection "Display"
+        Depth 24
+        Virtual 4096 2048
+    EndSubSection
+EndSection
+)";
+
+fs::path temporaryFolder() {
+    std::string path = fs::temp_directory_path() / "karto-desktop-XXXXXX";
+    if (mkdtemp(path.data()) == nullptr) {
+        throw std::runtime_error("cannot create " + path);
+    }
+    return path;
+}
+
+// The smallest display description that carries a product name.
+std::array<std::uint8_t, 128> edidNamed(const std::string& name) {
+    std::array<std::uint8_t, 128> edid{0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00, 0x2C, 0x2F};
+    edid[18] = 1;
+    edid[19] = 3;
+    constexpr std::size_t firstDescriptor = 54;
+    constexpr std::size_t descriptorSize = 18;
+    constexpr std::array<std::uint8_t, 4> kinds{0xFC, 0x10, 0x10, 0x10};
+    for (std::size_t i = 0; i < kinds.size(); ++i) {
+        edid[firstDescriptor + i * descriptorSize + 3] = kinds.at(i);
+    }
+    constexpr std::size_t longestName = 13;
+    std::string text = name.substr(0, longestName);
+    if (text.size() < longestName) {
+        text += '\n';
+        text.resize(longestName, ' ');
+    }
+    std::ranges::copy(text, edid.begin() + firstDescriptor + 5);
+    edid.back() = std::uint8_t(-std::accumulate(edid.begin(), edid.end() - 1, 0));
+    return edid;
+}
+
+std::string connector(std::size_t index) { return fmt::format("DUMMY{}", index); }
+
+std::string modeName(const Rect& area) { return fmt::format("{}x{}", area.width, area.height); }
+
+} // namespace
+
+PrivateDesktop::PrivateDesktop(std::vector<Output> outputs, const fs::path& folder)
+    : outputs_(std::move(outputs))
+    , isTemporary_(folder.empty())
+    , folder_(isTemporary_ ? temporaryFolder() : folder)
+    , home_(folder_ / "home") {
+    fs::create_directories(home_ / ".config/karto");
+    fs::create_directories(folder_ / "runtime");
+    fs::permissions(folder_ / "runtime", fs::perms::owner_all);
+    const fs::path configuration = folder_ / "xorg.conf";
+    std::ofstream(configuration) << serverConfiguration;
+
+    // The script of the same name in the search path may lead through a wrapper that only the console may
+    // use.
+    hasOutputs_ =
+        startServer({"/usr/lib/xorg/Xorg", "-displayfd", "1", "-config", configuration, "-logfile",
+                     folder_ / "xorg.log", "-noreset", "-nolisten", "tcp", "-novtswitch", "-sharevts"});
+    if (hasOutputs_) {
+        defineOutputs();
+        return;
+    }
+    if (!startServer(
+            {"Xvfb", "-displayfd", "1", "-screen", "0", "4096x2048x24", "-noreset", "-nolisten", "tcp"})) {
+        throw std::runtime_error("no private X server would start: " + server_->errors());
+    }
+    defineMonitors();
+}
+
+PrivateDesktop::~PrivateDesktop() {
+    manager_.reset();
+    x_.reset();
+    server_.reset();
+    if (isTemporary_) {
+        std::error_code ignored;
+        fs::remove_all(folder_, ignored);
+    }
+}
+
+bool PrivateDesktop::startServer(const std::vector<std::string>& arguments) {
+    server_ = std::make_unique<ChildProcess>(arguments, environment(), folder_ / "server");
+    eventually([this] { return server_->output().ends_with('\n') || !server_->isAlive(); });
+    const std::string number = server_->output();
+    if (!number.ends_with('\n')) {
+        return false;
+    }
+    display_ = ":" + number.substr(0, number.size() - 1);
+    x_ = std::make_unique<XClient>(display_);
+    return true;
+}
+
+void PrivateDesktop::defineOutputs() {
+    for (std::size_t i = 0; i < outputs_.size(); ++i) {
+        const Rect& area = outputs_[i].area;
+        nameOutput(connector(i), outputs_[i].name);
+        // The timings beyond the visible part mean nothing to a card that drives no cable.
+        const std::string mode = modeName(area);
+        const auto text = [](double value) { return fmt::format("{}", value); };
+        run({"xrandr", "--newmode", mode, "80", text(area.width), text(area.width + 8), text(area.width + 16),
+             text(area.width + 24), text(area.height), text(area.height + 1), text(area.height + 2),
+             text(area.height + 3)});
+        run({"xrandr", "--addmode", connector(i), mode});
+        layout_.insert(layout_.end(), {"--output", connector(i), "--mode", mode, "--pos",
+                                       fmt::format("{}x{}", area.x, area.y)});
+        if (i == 0) {
+            layout_.emplace_back("--primary");
+        }
+    }
+    run(layout_);
+}
+
+void PrivateDesktop::defineMonitors() {
+    for (std::size_t i = 0; i < outputs_.size(); ++i) {
+        const Rect& area = outputs_[i].area;
+        run({"xrandr", "--setmonitor", (i == 0 ? "*" : "") + outputs_[i].name,
+             fmt::format("{}/300x{}/200+{}+{}", area.width, area.height, area.x, area.y),
+             i == 0 ? "screen" : "none"});
+    }
+}
+
+void PrivateDesktop::nameOutput(const std::string& connectorName, const std::string& name) {
+    xcb_connection_t* connection = x_->connection();
+    const Reply<xcb_randr_get_screen_resources_reply_t> resources(xcb_randr_get_screen_resources_reply(
+        connection, xcb_randr_get_screen_resources(connection, x_->root()), nullptr));
+    const auto* outputs = xcb_randr_get_screen_resources_outputs(resources.get());
+    for (int i = 0; i < resources->num_outputs; ++i) {
+        const Reply<xcb_randr_get_output_info_reply_t> info(xcb_randr_get_output_info_reply(
+            connection, xcb_randr_get_output_info(connection, outputs[i], XCB_CURRENT_TIME), nullptr));
+        const std::string found(reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get())),
+                                info->name_len);
+        if (found == connectorName) {
+            const auto edid = edidNamed(name);
+            xcb_randr_change_output_property(connection, outputs[i], x_->atom("EDID"), XCB_ATOM_INTEGER, 8,
+                                             XCB_PROP_MODE_REPLACE, edid.size(), edid.data());
+        }
+    }
+    x_->flush();
+}
+
+bool PrivateDesktop::setConnected(const std::string& outputName, bool connected) {
+    const auto output = std::ranges::find(outputs_, outputName, &Output::name);
+    if (!hasOutputs_ || output == outputs_.end()) {
+        return false;
+    }
+    const std::string name = connector(std::size_t(output - outputs_.begin()));
+    if (connected) {
+        run({"xrandr", "--output", name, "--mode", modeName(output->area), "--pos",
+             fmt::format("{}x{}", output->area.x, output->area.y)});
+    } else {
+        run({"xrandr", "--output", name, "--off"});
+    }
+    return true;
+}
+
+Environment PrivateDesktop::environment() const {
+    Environment result{{"PATH", "/usr/local/bin:/usr/bin:/bin:/usr/games"},
+                       {"HOME", home_},
+                       {"LANG", "C.UTF-8"},
+                       {"XDG_RUNTIME_DIR", folder_ / "runtime"},
+                       {"XDG_SESSION_TYPE", "x11"},
+                       {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+                       {"NO_AT_BRIDGE", "1"},
+                       {"GTK_A11Y", "none"}};
+    if (!display_.empty()) {
+        result["DISPLAY"] = display_;
+    }
+    return result;
+}
+
+ChildProcess PrivateDesktop::start(const std::vector<std::string>& arguments, const Environment& changes) {
+    Environment mixed = changes;
+    mixed.merge(environment());
+    // An empty value takes the variable away.
+    std::erase_if(mixed, [](const auto& entry) { return entry.second.empty(); });
+    const std::string name =
+        fmt::format("{}-{}", ++programs_, fs::path(arguments.front()).filename().string());
+    return {arguments, mixed, folder_ / name};
+}
+
+void PrivateDesktop::run(const std::vector<std::string>& arguments) {
+    ChildProcess program = start(arguments);
+    if (program.waitForExit() != Exit{.status = 0, .signal = {}}) {
+        throw std::runtime_error(arguments.front() + " failed: " + program.errors());
+    }
+}
+
+void PrivateDesktop::startWindowManager(const std::string& name) {
+    // A manager that wants a message bus gets one of its own.
+    manager_ = std::make_unique<ChildProcess>(
+        start({"dbus-run-session", "--", name}, {{"DBUS_SESSION_BUS_ADDRESS", ""}}));
+    require(name + " to announce itself",
+            [this] { return !x_->property(x_->root(), "_NET_SUPPORTING_WM_CHECK").empty(); });
+    require(name + " to take windows in", [this] { return x_->managerAnswers(200ms); });
+    if (hasOutputs_) {
+        // Some managers arrange the outputs anew when they start.
+        run(layout_);
+    }
+}
+
+void PrivateDesktop::killServer() {
+    server_->signal(SIGKILL);
+    server_->waitForExit();
+}
+
+void PrivateDesktop::screenshot(const fs::path& file) { run({"import", "-window", "root", file}); }
+
+} // namespace karto::desktop

@@ -1,0 +1,82 @@
+#pragma once
+// A desktop for one test: an X server on a free display number with the outputs asked for, a window manager
+// by name, and a temporary home folder. Nothing of the surrounding session is inherited, and everything ends
+// with the object.
+
+#include "Support/ChildProcess.h"
+#include "Support/XClient.h"
+
+#include <filesystem>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace karto::desktop {
+
+struct Output {
+    // The product name that the display reports.
+    std::string name;
+    Rect area;
+};
+
+// A landscape display and a portrait one to its right.
+inline const std::vector<Output> studioAndTower{
+    {.name = "Studio", .area = {.x = 0, .y = 0, .width = 1280, .height = 800}},
+    {.name = "Tower", .area = {.x = 1280, .y = 0, .width = 600, .height = 1024}}};
+
+class PrivateDesktop {
+public:
+    // Files stay in `folder` when one is given; otherwise they live in a temporary folder.
+    explicit PrivateDesktop(std::vector<Output> outputs = studioAndTower,
+                            const std::filesystem::path& folder = {});
+    ~PrivateDesktop();
+    PrivateDesktop(PrivateDesktop&&) = delete;
+    PrivateDesktop& operator=(PrivateDesktop&&) = delete;
+    PrivateDesktop(const PrivateDesktop&) = delete;
+    PrivateDesktop& operator=(const PrivateDesktop&) = delete;
+
+    [[nodiscard]] const std::filesystem::path& home() const { return home_; }
+
+    [[nodiscard]] const XClient& x() const { return *x_; }
+
+    // What programs of this desktop see; HOME and DISPLAY are this desktop's own.
+    [[nodiscard]] Environment environment() const;
+
+    // Returns once the manager takes windows in.
+    void startWindowManager(const std::string& name);
+
+    void killWindowManager() { manager_.reset(); }
+
+    void killServer();
+
+    [[nodiscard]] ChildProcess start(const std::vector<std::string>& arguments,
+                                     const Environment& changes = {});
+    // Runs a program to its end; throws when it fails.
+    void run(const std::vector<std::string>& arguments);
+
+    // Plugs an output in or out; false on a server whose outputs are fixed.
+    [[nodiscard]] bool setConnected(const std::string& outputName, bool connected);
+
+    void screenshot(const std::filesystem::path& file);
+
+private:
+    [[nodiscard]] bool startServer(const std::vector<std::string>& arguments);
+    void defineOutputs();
+    void defineMonitors();
+    void nameOutput(const std::string& connector, const std::string& name);
+
+    std::vector<Output> outputs_;
+    bool isTemporary_;
+    std::filesystem::path folder_;
+    std::filesystem::path home_;
+    std::string display_;
+    bool hasOutputs_ = false;
+    // The call that puts every output in its place.
+    std::vector<std::string> layout_{"xrandr"};
+    int programs_ = 0;
+    std::unique_ptr<ChildProcess> server_;
+    std::unique_ptr<XClient> x_;
+    std::unique_ptr<ChildProcess> manager_;
+};
+
+} // namespace karto::desktop

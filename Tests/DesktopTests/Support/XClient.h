@@ -1,0 +1,82 @@
+#pragma once
+// A connection of the tests' own to an X server, with the few questions and requests that tests have. Frames
+// are root coordinates and hold what a person sees: decorations included, invisible shadows left out. They
+// are computed here from scratch, so that the program's own reading of a frame is checked against another
+// one.
+
+#include "KartoCore/Geometry.h"
+
+#include <xcb/xcb.h>
+
+#include <array>
+#include <chrono>
+#include <cstdint>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace karto::desktop {
+
+struct FreeDeleter {
+    void operator()(void* memory) const { std::free(memory); }
+};
+
+// Replies of xcb belong to their reader.
+template<typename T>
+using Reply = std::unique_ptr<T, FreeDeleter>;
+
+class XClient {
+public:
+    // The server that DISPLAY names when `display` is empty. Throws when it cannot be reached.
+    explicit XClient(const std::string& display);
+
+    [[nodiscard]] xcb_connection_t* connection() const { return connection_.get(); }
+
+    [[nodiscard]] const xcb_screen_t& screen() const { return *screen_; }
+
+    [[nodiscard]] xcb_window_t root() const { return screen_->root; }
+
+    [[nodiscard]] xcb_atom_t atom(const std::string& name) const;
+
+    // Properties of 32-bit items; empty when the window has no such property or is gone.
+    [[nodiscard]] std::vector<std::uint32_t> property(xcb_window_t window, const std::string& name) const;
+    void setProperty(xcb_window_t window, const std::string& name, xcb_atom_t type,
+                     const std::vector<std::uint32_t>& items) const;
+    void setText(xcb_window_t window, const std::string& name, const std::string& text) const;
+
+    // Absent when the window is gone.
+    [[nodiscard]] std::optional<Rect> frameOf(xcb_window_t window) const;
+
+    // The managed window whose WM_CLASS instance is `name`.
+    [[nodiscard]] std::optional<xcb_window_t> clientNamed(const std::string& name) const;
+    // A managed window of that process.
+    [[nodiscard]] std::optional<xcb_window_t> clientOf(pid_t pid) const;
+    [[nodiscard]] xcb_window_t activeWindow() const;
+
+    // Requests to the window manager; they return before it has acted.
+    void activate(xcb_window_t window) const;
+    void place(xcb_window_t window, const Rect& frame) const;
+    void close(xcb_window_t window) const;
+
+    // True once the manager has handled everything that was sent before; false when it does not answer. A
+    // manager that cannot be asked counts as having answered.
+    [[nodiscard]] bool managerAnswers(std::chrono::milliseconds timeout) const;
+
+    void flush() const { xcb_flush(connection()); }
+
+private:
+    struct Disconnect {
+        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
+    };
+
+    [[nodiscard]] std::optional<Rect> clientArea(xcb_window_t window) const;
+    void askManager(xcb_window_t window, const std::string& message,
+                    const std::array<std::uint32_t, 5>& items) const;
+
+    std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    const xcb_screen_t* screen_ = nullptr;
+};
+
+} // namespace karto::desktop

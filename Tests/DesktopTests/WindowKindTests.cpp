@@ -1,0 +1,85 @@
+#include "DesktopTest.h"
+
+namespace karto::desktop {
+
+namespace {
+
+enum class Size : std::uint8_t { exact, upToOneStepShort, itsOwn };
+
+struct Kind {
+    std::string name;
+    Rect start;
+    Size size = Size::exact;
+};
+
+Application open(PrivateDesktop& desktop, const Kind& kind) {
+    if (kind.name == "terminal") {
+        return Application::terminal(desktop, kind.name);
+    }
+    if (kind.name == "client-decorated") {
+        return Application::clientDecorated(desktop, kind.name);
+    }
+    return Application::probe(desktop, kind.name, kind.name, kind.start);
+}
+
+} // namespace
+
+using WindowKindTest = ManagerTest;
+INSTANTIATE_TEST_SUITE_P(On, WindowKindTest, onEveryManager, managerName);
+
+TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenItCannot) {
+    startKarto();
+    const std::vector<Kind> kinds{
+        {.name = "plain", .start = somewhere},
+        {.name = "borderless", .start = somewhere},
+        {.name = "dialog", .start = somewhere},
+        {.name = "maximized", .start = somewhere},
+        {.name = "client-decorated", .start = somewhere},
+        {.name = "stepped", .start = somewhere, .size = Size::upToOneStepShort},
+        {.name = "terminal", .start = somewhere, .size = Size::upToOneStepShort},
+        {.name = "minimum", .start = {.x = 20, .y = 20, .width = 900, .height = 600}, .size = Size::itsOwn},
+        {.name = "fixed", .start = somewhere, .size = Size::itsOwn},
+    };
+    for (const Kind& kind : kinds) {
+        SCOPED_TRACE(kind.name);
+        const Application window = open(desktop, kind);
+        if (kind.name == "maximized") {
+            require("a maximized window", [&] { return fits(window.frame(), zone::studio); });
+        }
+        const Rect before = window.frame();
+        const std::string line = press("AE02", "moveToZone(2)");
+        const auto outcome = Outcome::in(line);
+        ASSERT_TRUE(outcome) << line;
+        if (kind.size == Size::exact) {
+            EXPECT_TRUE(takes(window, zone::two));
+            EXPECT_TRUE(outcome->accepted) << line;
+        }
+        eventually([&] { return fits(window.frame(), outcome->result); }, 1s);
+        const Rect frame = window.frame();
+        EXPECT_TRUE(fits(frame, outcome->result)) << "the log tells another frame: " << line;
+        EXPECT_EQ(frame.origin(), zone::two.origin());
+        if (kind.size == Size::upToOneStepShort) {
+            constexpr double longestStep = 20;
+            EXPECT_LE(frame.width, zone::two.width);
+            EXPECT_LE(frame.height, zone::two.height);
+            EXPECT_GT(frame.width, zone::two.width - longestStep);
+            EXPECT_GT(frame.height, zone::two.height - longestStep);
+            EXPECT_TRUE(outcome->accepted) << line;
+        }
+        if (kind.size == Size::itsOwn) {
+            EXPECT_EQ(frame.size(), before.size());
+            EXPECT_FALSE(outcome->accepted) << line;
+        }
+    }
+}
+
+TEST_P(WindowKindTest, aFullScreenWindowStaysAsItIs) {
+    startKarto();
+    const Application window = Application::probe(desktop, "fullscreen", "cinema", somewhere);
+    require("a full-screen window", [&] { return fits(window.frame(), zone::studio); });
+    const std::string line = press("AE02", "moveToZone(2)");
+    EXPECT_NE(line.find("focused window is fullscreen, ignored"), std::string::npos) << line;
+    EXPECT_TRUE(takes(window, zone::studio));
+}
+
+} // namespace karto::desktop
