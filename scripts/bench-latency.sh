@@ -4,25 +4,23 @@
 #
 #   scripts/bench-latency.sh [MOVES]        200 moves each by default
 set -euo pipefail
-cd "$(dirname "$0")/.."
+source "$(dirname "$0")/common.sh"
 source Benchmarks/desktop.sh
 moves=${1:-200}
 karto=$PWD/build/release/karto
 programs=$PWD/build/bench/Benchmarks
 
-installPackages "${desktopPackages[@]}" sxhkd wmctrl
 {
-    cmake --preset release
-    cmake --build --preset release --target karto
-    cmake --preset bench
-    cmake --build --preset bench --target MoveLatency MinimalMover
+    scripts/install-packages.sh bench
+    build release -- karto
+    build bench -- MoveLatency MinimalMover
 } >&2
 
 # The zones of the Karto configuration, as frames: two of one size, then one of another on the other display.
-zones=(0,0,960,1080 960,0,960,1080 1920,0,1920,540)
+zones=("0,0,960,1080" "960,0,960,1080" "1920,0,1920,540")
 
 # One binding of the window manager: key, then the frame.
-openboxBinding() {
+openbox_binding() {
     local x y width height
     IFS=, read -r x y width height <<<"$2"
     cat <<BINDING
@@ -32,36 +30,36 @@ openboxBinding() {
 BINDING
 }
 
-startDesktop <<RC
+start_desktop <<RC
 <?xml version="1.0"?>
 <openbox_config xmlns="http://openbox.org/3.4/rc">
   <keyboard>
-$(openboxBinding z "${zones[0]}"; openboxBinding x "${zones[1]}"; openboxBinding c "${zones[2]}")
+$(openbox_binding z "${zones[0]}"; openbox_binding x "${zones[1]}"; openbox_binding c "${zones[2]}")
   </keyboard>
 </openbox_config>
 RC
 
 # wmctrl takes the place of the frame and the size of the client.
 read -r left right top bottom < <("$programs/MoveLatency" --extents)
-daemonBinding() {
+daemon_binding() {
     local x y width height
     IFS=, read -r x y width height <<<"$2"
     printf 'shift + ctrl + alt + super + %s\n\twmctrl -r :ACTIVE: -e 1,%d,%d,%d,%d\n' \
         "$1" "$x" "$y" $((width - left - right)) $((height - top - bottom))
 }
 {
-    daemonBinding u "${zones[0]}"
-    daemonBinding i "${zones[1]}"
-    daemonBinding o "${zones[2]}"
+    daemon_binding u "${zones[0]}"
+    daemon_binding i "${zones[1]}"
+    daemon_binding o "${zones[2]}"
 } >"$HOME/sxhkdrc"
 export SXHKD_SHELL=/bin/sh
-inBackground sxhkd -c "$HOME/sxhkdrc"
+in_background sxhkd -c "$HOME/sxhkdrc"
 
-inBackground "$programs/MinimalMover" blind "q=${zones[0]}" "w=${zones[1]}" "e=${zones[2]}"
-inBackground "$programs/MinimalMover" asking "j=${zones[0]}" "k=${zones[1]}" "l=${zones[2]}"
+in_background "$programs/MinimalMover" blind "q=${zones[0]}" "w=${zones[1]}" "e=${zones[2]}"
+in_background "$programs/MinimalMover" asking "j=${zones[0]}" "k=${zones[1]}" "l=${zones[2]}"
 
-writeKartoConfig
-inBackground "$karto"
+write_karto_config
+in_background "$karto"
 
 "$programs/MoveLatency" "$moves" "${zones[@]}" \
     karto=123 minimal=qwe "minimal, asking first=jkl" "window manager's key=zxc" wmctrl=uio
