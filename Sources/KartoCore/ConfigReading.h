@@ -14,7 +14,7 @@ namespace karto {
 
 // A longer text is no configuration and is refused unread: the parser's time grows with the square of the
 // number of tables.
-inline constexpr std::size_t maximumConfigBytes = std::size_t{4} << 20U;
+inline constexpr std::size_t maximumConfigBytes = std::size_t{2} << 20U;
 
 struct ReadFailure {
     enum class Kind : std::uint8_t { missingKey, typeMismatch, valueNotFound, corruptedData };

@@ -190,7 +190,7 @@ TEST(ConfigReading, noTextIsTooMuch) {
         {"\n[[" + repeated("a.", 500'000) + "a]]", nested},
         {"\ndisplays." + repeated("a . ", 250'000) + "a = 1", nested},
         {repeated("x", maximumConfigBytes + 1),
-         "the text is longer than 4194304 bytes, more than any configuration needs"},
+         "the text is longer than 2097152 bytes, more than any configuration needs"},
     };
     for (const auto& [text, failure] : table) {
         EXPECT_EQ(failureOf(text), failure) << text.substr(0, 20);
