@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that Karto needs: "build" for building and running it, "test" for the private
-# desktops, the tests and the checks as well. Does nothing when all of them are there.
+# desktops, the tests and the checks as well, "bench" for building it and the benchmarks. Does nothing when all of
+# them are there.
 set -euo pipefail
 
 build_packages=(
@@ -16,12 +17,16 @@ test_packages=(
     python3-gi gir1.2-gtk-3.0 libgl1-mesa-dri fonts-dejavu-core qt6-qpa-plugins
     clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
 )
+bench_packages=(
+    libbenchmark-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon fonts-dejavu-core sxhkd wmctrl
+)
 
 case "${1:-test}" in
     build) wanted=("${build_packages[@]}") ;;
     test) wanted=("${build_packages[@]}" "${test_packages[@]}") ;;
+    bench) wanted=("${build_packages[@]}" "${bench_packages[@]}") ;;
     *)
-        echo "usage: scripts/install-packages.sh [build|test]" >&2
+        echo "usage: scripts/install-packages.sh [build|test|bench]" >&2
         exit 2
         ;;
 esac

@@ -11,6 +11,7 @@
 #include "Karto/Platform/Linux/QtScheduler.h"
 #include "Karto/Platform/Linux/SystemClock.h"
 #include "Karto/Platform/X11/Connection.h"
+#include "Karto/Platform/X11/NestedServer.h"
 #include "Karto/Platform/X11/SingleInstance.h"
 #include "Karto/Platform/X11/WindowManager.h"
 #include "Karto/Platform/X11/X11Accessibility.h"
@@ -82,7 +83,7 @@ int main(int argumentCount, char** arguments) {
     x11::WindowManager windowManager(connection);
     x11::X11Accessibility accessibility(connection, windowManager, scheduler,
                                         {.ownProcess = getpid(),
-                                         .isWayland = isWayland,
+                                         .isWayland = isWayland || x11::runsInsideWayland(connection),
                                          .openSettings = QtApplicationHost::openDesktopSettings});
     WindowService windowService(accessibility);
     if (!isTrustedOrExplains(windowService, host, log)) {

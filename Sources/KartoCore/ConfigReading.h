@@ -3,6 +3,7 @@
 
 #include "KartoCore/Config.h"
 
+#include <cstddef>
 #include <cstdint>
 #include <expected>
 #include <string>
@@ -10,6 +11,10 @@
 #include <vector>
 
 namespace karto {
+
+// A longer text is no configuration and is refused unread: the parser's time grows with the square of the
+// number of tables.
+inline constexpr std::size_t maximumConfigBytes = std::size_t{2} << 20U;
 
 struct ReadFailure {
     enum class Kind : std::uint8_t { missingKey, typeMismatch, valueNotFound, corruptedData };

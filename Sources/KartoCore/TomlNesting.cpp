@@ -144,8 +144,10 @@ private:
     [[nodiscard]] Excess excess() const {
         const std::size_t start = headerLevels_ > 0 ? headerStart_ : statementStart_;
         const auto line = std::ranges::count(text_.substr(0, position_), '\n') + 1;
+        // Other keys of a display may nest as well, and are none of a tree's business.
+        const bool isTree = text_.substr(statementStart_, 64).contains("split");
         return {.line = static_cast<std::size_t>(line),
-                .isInDisplays = startsAtDisplays(text_.substr(start, 64))};
+                .isInLayoutTree = isTree && startsAtDisplays(text_.substr(start, 64))};
     }
 
     std::string_view text_;

@@ -12,8 +12,8 @@ namespace karto::TomlNesting {
 struct Excess {
     // From 1.
     std::size_t line = 0;
-    // The key or header there starts at the displays, so it is a layout tree that is too deep.
-    bool isInDisplays = false;
+    // The key or header there leads into a display's splits, so it is a layout tree that is too deep.
+    bool isInLayoutTree = false;
 
     bool operator==(const Excess&) const = default;
 };

@@ -189,7 +189,8 @@ TEST(ConfigReading, noTextIsTooMuch) {
         {"\n" + repeated("a.", 500'000) + "a = 1", nested},
         {"\n[[" + repeated("a.", 500'000) + "a]]", nested},
         {"\ndisplays." + repeated("a . ", 250'000) + "a = 1", nested},
-        {repeated("x", (1 << 20) + 1), "the text is longer than 1 MiB, more than any configuration needs"},
+        {repeated("x", maximumConfigBytes + 1),
+         "the text is longer than 2097152 bytes, more than any configuration needs"},
     };
     for (const auto& [text, failure] : table) {
         EXPECT_EQ(failureOf(text), failure) << text.substr(0, 20);

@@ -195,26 +195,38 @@ struct UnusableFile {
 };
 
 const std::map<std::string, UnusableFile> unusableFiles{
-    {"missing", {[](const fs::path&) {}, std::nullopt}},
-    {"dangling link", {[](const fs::path& path) { fs::create_symlink("none", path); }, std::nullopt}},
-    {"circle", {[](const fs::path& path) { fs::create_symlink(path, path); }, "too many levels of symbolic"}},
-    {"folder", {[](const fs::path& path) { fs::create_directory(path); }, "it is a folder, not a file"}},
-    {"pipe", {[](const fs::path& path) { ::mkfifo(path.c_str(), 0600); }, "it is not a regular file"}},
-    {"no TOML", {[](const fs::path& path) { writeFile(path, "[profile\n"); }, ""}},
-    {"no UTF-8", {[](const fs::path& path) { writeFile(path, configText(1) + "# \xff\xfe\n"); }, ""}},
-    {"no displays", {[](const fs::path& path) { writeFile(path, configText(0)); }, "missing \"display\""}},
+    {"missing", {.make = [](const fs::path&) {}, .error = std::nullopt}},
+    {"dangling link",
+     {.make = [](const fs::path& path) { fs::create_symlink("none", path); }, .error = std::nullopt}},
+    {"circle",
+     {.make = [](const fs::path& path) { fs::create_symlink(path, path); },
+      .error = "too many levels of symbolic"}},
+    {"folder",
+     {.make = [](const fs::path& path) { fs::create_directory(path); },
+      .error = "it is a folder, not a file"}},
+    {"pipe",
+     {.make = [](const fs::path& path) { ::mkfifo(path.c_str(), 0600); },
+      .error = "it is not a regular file"}},
+    {"no TOML", {.make = [](const fs::path& path) { writeFile(path, "[profile\n"); }, .error = ""}},
+    {"no UTF-8",
+     {.make = [](const fs::path& path) { writeFile(path, configText(1) + "# \xff\xfe\n"); }, .error = ""}},
+    {"no displays",
+     {.make = [](const fs::path& path) { writeFile(path, configText(0)); }, .error = "missing \"display\""}},
     {"old format",
-     {[](const fs::path& path) { writeFile(path, configText(0) + "[[profile.zone]]\n"); },
-      "layout format changed — open Settings to pick a new layout", true}},
+     {.make = [](const fs::path& path) { writeFile(path, configText(0) + "[[profile.zone]]\n"); },
+      .error = "layout format changed — open Settings to pick a new layout",
+      .isLegacy = true}},
     {"refused, and mentions the old format",
-     {[](const fs::path& path) { writeFile(path, "display = [] # [[profile.zone]]\n" + configText(0)); },
-      "config has no displays"}},
+     {.make =
+          [](const fs::path& path) { writeFile(path, "display = [] # [[profile.zone]]\n" + configText(0)); },
+      .error = "config has no displays"}},
     {"too large",
-     {[](const fs::path& path) {
-          writeFile(path, configText(1));
-          fs::resize_file(path, ConfigStore::maximumBytes + 1);
-      },
-      "it is larger than 16777216 bytes"}},
+     {.make =
+          [](const fs::path& path) {
+              writeFile(path, configText(1));
+              fs::resize_file(path, maximumConfigBytes + 1);
+          },
+      .error = "it is larger than 2097152 bytes"}},
 };
 
 TEST(ConfigStore, theLastGoodConfigurationStaysInForceUntilTheFileIsRepaired) {
@@ -332,15 +344,19 @@ TEST(ConfigProviding, theDefaultsHoldWithoutAUsableConfiguration) {
     }
 }
 
-// Saves and backs up in turns, in a process of its own that is killed after the given time.
+[[noreturn]] void saveForEver(ConfigStore& store) {
+    for (std::size_t displays = 100; store.save(configOf(displays)); displays = 500 - displays) {
+        store.takeSnapshot();
+    }
+    ::_exit(1);
+}
+
+// In a process of its own, for the given time.
 void killWhileSaving(ConfigStore& store, std::chrono::microseconds time) {
     const auto child = ::fork();
     ASSERT_GE(child, 0);
-    for (std::size_t displays = 100; child == 0; displays = 500 - displays) {
-        if (!store.save(configOf(displays))) {
-            ::_exit(1);
-        }
-        store.takeSnapshot();
+    if (child == 0) {
+        saveForEver(store);
     }
     std::this_thread::sleep_for(time);
     ::kill(child, SIGKILL);

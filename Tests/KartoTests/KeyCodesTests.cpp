@@ -1,4 +1,5 @@
 #include "Karto/Adapters/KeyCodes.h"
+#include "Karto/Platform/HotKeyCenter.h"
 
 #include <gtest/gtest.h>
 

@@ -1,4 +1,5 @@
 #include "Karto/Adapters/KeyCodes.h"
+#include "Karto/Platform/HotKeyCenter.h"
 #include "Karto/Platform/Observers.h"
 #include "Karto/Platform/X11/Edid.h"
 #include "Karto/Platform/X11/Keyboard.h"

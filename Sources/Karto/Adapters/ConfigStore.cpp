@@ -122,7 +122,7 @@ std::string ConfigStore::resolvedPath() const { return files_.resolvingLinks(pat
 
 std::string ConfigStore::backupPath() const { return resolvedPath() + ".bak"; }
 
-FileResult<std::string> ConfigStore::read() const { return files_.read(resolvedPath(), maximumBytes); }
+FileResult<std::string> ConfigStore::read() const { return files_.read(resolvedPath(), maximumConfigBytes); }
 
 FileResult<void> ConfigStore::refreshBackup() {
     const auto bytes = read();

@@ -12,7 +12,6 @@
 #include "KartoCore/HotkeyNameMigration.h"
 
 #include <chrono>
-#include <cstddef>
 #include <string_view>
 #include <vector>
 
@@ -22,8 +21,6 @@ class ConfigStore final : public ConfigProviding {
 public:
     // Below the home directory.
     static constexpr std::string_view relativePath = ".config/karto/config.toml";
-    // A larger file is no configuration and is refused unread.
-    static constexpr std::size_t maximumBytes = 16 * std::size_t{1'048'576};
 
     // path: the configuration file, absolute. Links on the way are followed afresh each time, so a file that
     // is a link is read, written and watched where the link leads.

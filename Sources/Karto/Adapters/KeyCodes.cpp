@@ -1,5 +1,7 @@
 #include "Karto/Adapters/KeyCodes.h"
 
+#include "Karto/Platform/HotKeyCenter.h"
+
 #include <algorithm>
 #include <string_view>
 #include <utility>

@@ -12,26 +12,6 @@
 
 namespace karto {
 
-// Bits of HotKey::modifierMask.
-namespace HotKeyMask {
-
-inline constexpr std::uint32_t command = 0x0100;
-inline constexpr std::uint32_t shift = 0x0200;
-inline constexpr std::uint32_t option = 0x0800;
-inline constexpr std::uint32_t control = 0x1000;
-
-} // namespace HotKeyMask
-
-// Bits of ModifierFlags.
-namespace ModifierBits {
-
-inline constexpr std::uint32_t shift = 1U << 17U;
-inline constexpr std::uint32_t control = 1U << 18U;
-inline constexpr std::uint32_t option = 1U << 19U;
-inline constexpr std::uint32_t command = 1U << 20U;
-
-} // namespace ModifierBits
-
 // The digit keys of the main row, not of the keypad.
 namespace ZoneDigits {
 

@@ -62,7 +62,7 @@ std::vector<WindowSnapshot> WindowService::windows(std::size_t displayIndex,
                                                    std::span<const Rect> displayFrames) {
     std::vector<WindowSnapshot> found;
     for (const Application& application : regularApplications()) {
-        std::shared_ptr<const Image> icon;
+        std::optional<std::shared_ptr<const Image>> icon;
         for (const WindowHandle window :
              accessibility_.windows(application.pid).value_or(std::vector<WindowHandle>{})) {
             const auto windowFrame = isOrdinary(window) ? frame(window) : std::nullopt;
@@ -80,7 +80,7 @@ std::vector<WindowSnapshot> WindowService::windows(std::size_t displayIndex,
                              .frame = *windowFrame,
                              .appName = application.name,
                              .title = std::move(title),
-                             .icon = icon,
+                             .icon = *icon,
                              .pid = application.pid});
         }
     }

@@ -9,7 +9,17 @@
 
 namespace karto {
 
-// Names a physical key and modifiers in the program's own codes (KeyCodes.h); the platform translates them.
+// Bits of HotKey::modifierMask.
+namespace HotKeyMask {
+
+inline constexpr std::uint32_t command = 0x0100;
+inline constexpr std::uint32_t shift = 0x0200;
+inline constexpr std::uint32_t option = 0x0800;
+inline constexpr std::uint32_t control = 0x1000;
+
+} // namespace HotKeyMask
+
+// Names a physical key and modifiers in the program's own codes; the platform translates them.
 struct HotKey {
     std::uint32_t keyCode = 0;
     std::uint32_t modifierMask = 0;

@@ -8,7 +8,17 @@
 
 namespace karto {
 
-// Bits of the keys held (KeyCodes.h names them). Lock keys are not among them.
+// Bits of ModifierFlags.
+namespace ModifierBits {
+
+inline constexpr std::uint32_t shift = 1U << 17U;
+inline constexpr std::uint32_t control = 1U << 18U;
+inline constexpr std::uint32_t option = 1U << 19U;
+inline constexpr std::uint32_t command = 1U << 20U;
+
+} // namespace ModifierBits
+
+// Bits of the keys held. Lock keys are not among them.
 struct ModifierFlags {
     std::uint32_t bits = 0;
 

@@ -41,7 +41,7 @@ std::expected<std::unique_ptr<Connection>, std::string> Connection::open() {
         return std::unexpected(connectionProblem(error));
     }
     std::unique_ptr<Connection> result(new Connection(connection, screenNumber));
-    if (result->atoms_.*atomNames.back().first == XCB_ATOM_NONE) {
+    if (!result->hasAnswered()) {
         return std::unexpected(fmt::format("the X display \"{}\" does not answer", displayName()));
     }
     return result;
@@ -64,9 +64,6 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
     }
     screen_ = screens.data;
 
-    constexpr std::string_view waylandExtension = "XWAYLAND";
-    const auto waylandRequest =
-        xcb_query_extension(connection, waylandExtension.size(), waylandExtension.data());
     std::array<xcb_intern_atom_cookie_t, atomNames.size()> cookies{};
     std::ranges::transform(atomNames, cookies.begin(), [connection](const AtomName& entry) {
         return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(entry.second.size()),
@@ -78,8 +75,9 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
             atoms_.*atomNames[i].first = reply->atom;
         }
     }
-    const auto wayland = await<xcb_query_extension_reply_t>(waylandRequest, deadline);
-    isNestedInWayland_ = wayland && wayland->present != 0;
+    if (!hasAnswered()) {
+        return;
+    }
     const auto* resources = xcb_get_extension_data(connection, &xcb_res_id);
     knowsProcesses_ = resources != nullptr && resources->present != 0;
 }
@@ -125,17 +123,19 @@ void* Connection::awaitReply(unsigned sequence, Deadline deadline) {
     return reply;
 }
 
-std::vector<bool> Connection::succeeded(std::span<const xcb_void_cookie_t> requests, Deadline deadline) {
+std::optional<std::vector<bool>> Connection::succeeded(std::span<const xcb_void_cookie_t> requests,
+                                                       Deadline deadline) {
     // The server answers in order: with this reply, the fate of everything before it is known.
     const auto mark = await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(get()), deadline);
+    if (!mark) {
+        for (const auto request : requests) {
+            xcb_discard_reply(get(), request.sequence);
+        }
+        return std::nullopt;
+    }
     std::vector<bool> result;
     result.reserve(requests.size());
     for (const auto request : requests) {
-        if (!mark) {
-            xcb_discard_reply(get(), request.sequence);
-            result.push_back(false);
-            continue;
-        }
         void* nothing = nullptr;
         xcb_generic_error_t* error = nullptr;
         xcb_poll_for_reply(get(), request.sequence, &nothing, &error);
@@ -144,20 +144,19 @@ std::vector<bool> Connection::succeeded(std::span<const xcb_void_cookie_t> reque
     return result;
 }
 
-std::vector<const xcb_generic_event_t*> Connection::awaitEvents(Deadline deadline) {
+std::vector<const xcb_generic_event_t*> Connection::awaitEvents(std::size_t mark, Deadline deadline) {
     flush();
-    const auto known = line_.size();
     while (true) {
         while (xcb_generic_event_t* event = xcb_poll_for_event(get())) {
             lineUp(event);
         }
-        if (line_.size() > known || broken() || !waitReadable(deadline)) {
+        if (line_.size() > mark || broken() || !waitReadable(deadline)) {
             break;
         }
     }
     dispatchSoon();
     std::vector<const xcb_generic_event_t*> fresh;
-    for (auto event = line_.begin() + static_cast<std::ptrdiff_t>(known); event != line_.end(); ++event) {
+    for (auto event = line_.begin() + static_cast<std::ptrdiff_t>(mark); event != line_.end(); ++event) {
         fresh.push_back(event->get());
     }
     return fresh;
@@ -256,7 +255,9 @@ void Connection::dispatch() {
         turnObservers_.notify();
     }
     dispatching_ = false;
+    // Writing may read as well.
     flush();
+    dispatchSoon();
     if (broken()) {
         readable_.reset();
         if (const auto onBroken = std::exchange(onBroken_, nullptr)) {

@@ -67,9 +67,6 @@ public:
     // Whether the server can tell which process a window belongs to.
     [[nodiscard]] bool knowsProcesses() const { return knowsProcesses_; }
 
-    // Whether the server runs inside a Wayland session, where it shows a part of the windows only.
-    [[nodiscard]] bool isNestedInWayland() const { return isNestedInWayland_; }
-
     [[nodiscard]] bool broken() const { return xcb_connection_has_error(get()) != 0; }
 
     // The answer to a request, whose reply type is Content; null for an error, and when the deadline passes
@@ -79,12 +76,16 @@ public:
         return Reply<Content>(static_cast<Content*>(awaitReply(cookie.sequence, deadline)));
     }
 
-    // For every checked request whether the server carried it out, false also when the deadline passes first.
-    std::vector<bool> succeeded(std::span<const xcb_void_cookie_t> requests, Deadline deadline);
+    // For every checked request whether the server carried it out; absent when the deadline passes first.
+    std::optional<std::vector<bool>> succeeded(std::span<const xcb_void_cookie_t> requests,
+                                               Deadline deadline);
 
-    // Waits until at least one more event is there or the deadline has passed. The events stay in line for
-    // their observers; the new ones are returned to look at, valid until the event loop goes on.
-    std::vector<const xcb_generic_event_t*> awaitEvents(Deadline deadline);
+    // A place in the line of events that wait for their observers, to be passed to awaitEvents.
+    [[nodiscard]] std::size_t eventMark() const { return line_.size(); }
+
+    // Waits until events have joined the line since the mark, or the deadline has passed. They stay in line
+    // for their observers and are returned to look at, valid until the event loop goes on.
+    std::vector<const xcb_generic_event_t*> awaitEvents(std::size_t mark, Deadline deadline);
 
     // Hears every event, in the order of registration.
     [[nodiscard]] Registration observe(std::function<void(const xcb_generic_event_t&)> onEvent);
@@ -111,6 +112,9 @@ private:
 
     Connection(xcb_connection_t* connection, int screenNumber);
 
+    // Whether the server has told the atoms, which it is asked for first.
+    [[nodiscard]] bool hasAnswered() const { return atoms_.*atomNames.back().first != XCB_ATOM_NONE; }
+
     void* awaitReply(unsigned sequence, Deadline deadline);
     [[nodiscard]] bool waitReadable(Deadline deadline) const;
     // Moves what xcb has read already into the line.
@@ -125,7 +129,6 @@ private:
     const xcb_screen_t* screen_ = nullptr;
     Atoms atoms_;
     bool knowsProcesses_ = false;
-    bool isNestedInWayland_ = false;
     std::deque<Event> line_;
     Observers<xcb_generic_event_t> eventObservers_;
     Observers<> turnObservers_;

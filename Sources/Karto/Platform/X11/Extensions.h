@@ -3,6 +3,7 @@
 
 #include <xcb/randr.h>
 #include <xcb/res.h>
+#include <xcb/xinput.h>
 
 // The header of the keyboard extension names a field with a word that C++ reserves.
 #define explicit explicit_ // NOLINT(clang-diagnostic-keyword-macro)
@@ -14,6 +15,6 @@
 namespace karto::x11 {
 
 // To be asked for in one flight: xcb waits without a bound for an extension that nobody has asked for yet.
-inline constexpr std::array extensions{&xcb_randr_id, &xcb_res_id, &xcb_xkb_id};
+inline constexpr std::array extensions{&xcb_input_id, &xcb_randr_id, &xcb_res_id, &xcb_xkb_id};
 
 } // namespace karto::x11

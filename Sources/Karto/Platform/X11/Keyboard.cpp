@@ -1,6 +1,7 @@
 #include "Karto/Platform/X11/Keyboard.h"
 
-#include "Karto/Adapters/KeyCodes.h"
+#include "Karto/Platform/HotKeyCenter.h"
+#include "Karto/Platform/ModifierEvents.h"
 #include "Karto/Platform/X11/Xkb.h"
 
 #include <X11/keysym.h>

@@ -3,6 +3,7 @@
 #include "Karto/Platform/X11/Edid.h"
 #include "Karto/Platform/X11/Extensions.h"
 #include "Karto/Platform/X11/Struts.h"
+#include "KartoCore/Utf8.h"
 
 #include <algorithm>
 #include <set>
@@ -111,9 +112,16 @@ std::string monitorName(Connection& connection, const MonitorRequest& request, D
             }
         }
     }
-    return name ? std::string(xcb_get_atom_name_name(name.get()),
-                              static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())))
-                : std::string();
+    if (!name) {
+        return {};
+    }
+    std::string text(xcb_get_atom_name_name(name.get()),
+                     static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())));
+    // No configuration could name it otherwise.
+    while (const auto position = firstNonText(text)) {
+        text[*position] = '?';
+    }
+    return text;
 }
 
 struct WindowRequest {

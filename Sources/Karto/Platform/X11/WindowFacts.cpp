@@ -26,6 +26,13 @@ Insets insets(std::span<const std::uint32_t> values) {
             .bottom = pixels(values[3])};
 }
 
+// The first type that says what the window is; one toolkit puts a mere hint before it.
+xcb_atom_t knownType(std::span<const std::uint32_t> types, const Atoms& atoms) {
+    const auto known = std::ranges::find_if(
+        types, [&](std::uint32_t type) { return type != atoms.kdeNetWmWindowTypeOverride; });
+    return known == types.end() ? xcb_atom_t{XCB_ATOM_NONE} : *known;
+}
+
 std::string classOf(std::string_view instanceAndClass) {
     const auto separator = instanceAndClass.find('\0');
     if (separator == std::string_view::npos) {
@@ -97,7 +104,9 @@ std::optional<WindowFacts> FactsRequest::receive(Connection& connection, Deadlin
     });
     const auto clientIds =
         clientIds_ ? connection.await<xcb_res_query_client_ids_reply_t>(*clientIds_, deadline) : nullptr;
-    if (!geometry || !origin || !properties[netState]) {
+    const bool isComplete =
+        std::ranges::all_of(properties, [](const auto& reply) { return reply != nullptr; });
+    if (!geometry || !origin || !isComplete) {
         return std::nullopt;
     }
 
@@ -124,7 +133,7 @@ std::optional<WindowFacts> FactsRequest::receive(Connection& connection, Deadlin
         .isShaded = has(atoms.netWmStateShaded),
         .skipsTaskbar = has(atoms.netWmStateSkipTaskbar),
         .isTransient = first(transientFor) != XCB_WINDOW_NONE,
-        .type = first(type),
+        .type = knownType(values(type), atoms),
         .desktop = {},
         .pid = localProcess(clientIds.get()),
         .clientLeader = first(leader),

@@ -13,19 +13,23 @@ constexpr std::uint32_t longestFeatureList = 1024;
 WindowManager::WindowManager(Connection& connection)
     : connection_(connection)
     , rootEvents_(connection.select(connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE))
-    , observation_(connection.observe([this](const xcb_generic_event_t& event) { noteEvent(event); })) {}
+    , observation_(connection.observe([this](const xcb_generic_event_t& event) {
+        if (concernsManager(event)) {
+            refresh();
+        }
+    })) {}
 
 bool WindowManager::alive() {
-    if (stale_) {
+    // A manager that is starting may name its window before that names itself.
+    if (stale_ || checkWindow_ == XCB_WINDOW_NONE) {
         refresh();
     }
     return checkWindow_ != XCB_WINDOW_NONE;
 }
 
 bool WindowManager::awaitAlive(Deadline deadline) {
-    while (!alive() && std::chrono::steady_clock::now() < deadline) {
-        connection_.awaitEvents(deadline);
-        stale_ = true;
+    while (!alive() && !connection_.broken() && std::chrono::steady_clock::now() < deadline) {
+        connection_.awaitEvents(connection_.eventMark(), deadline);
     }
     return alive();
 }
@@ -37,60 +41,68 @@ Registration WindowManager::observeChanges(std::function<void(bool)> onChange) {
     return Registration(callbacks_.wrap([this] { onChange_ = nullptr; }));
 }
 
-void WindowManager::noteEvent(const xcb_generic_event_t& event) {
-    const bool wasAlive = checkWindow_ != XCB_WINDOW_NONE;
+bool WindowManager::concernsManager(const xcb_generic_event_t& event) const {
     if (eventCode(event) == XCB_DESTROY_NOTIFY) {
-        if (!wasAlive || eventAs<xcb_destroy_notify_event_t>(event).window != checkWindow_) {
-            return;
-        }
-    } else if (eventCode(event) == XCB_PROPERTY_NOTIFY) {
-        const auto& change = eventAs<xcb_property_notify_event_t>(event);
-        const auto& atoms = connection_.atoms();
-        if (change.window != connection_.root() ||
-            (change.atom != atoms.netSupportingWmCheck && change.atom != atoms.netSupported)) {
-            return;
-        }
-    } else {
+        return eventAs<xcb_destroy_notify_event_t>(event).window == checkWindow_;
+    }
+    if (eventCode(event) != XCB_PROPERTY_NOTIFY) {
+        return false;
+    }
+    const auto& change = eventAs<xcb_property_notify_event_t>(event);
+    const auto& atoms = connection_.atoms();
+    return change.window == connection_.root() &&
+           (change.atom == atoms.netSupportingWmCheck || change.atom == atoms.netSupported);
+}
+
+void WindowManager::refresh() {
+    const auto found = read();
+    stale_ = !found;
+    if (!found) {
         return;
     }
-    refresh();
-    const bool isAlive = checkWindow_ != XCB_WINDOW_NONE;
+    const bool wasAlive = checkWindow_ != XCB_WINDOW_NONE;
+    const bool isAlive = found->checkWindow != XCB_WINDOW_NONE;
+    if (found->checkWindow != checkWindow_) {
+        checkWindowEvents_ = isAlive ? connection_.select(found->checkWindow, XCB_EVENT_MASK_STRUCTURE_NOTIFY)
+                                     : Registration();
+    }
+    checkWindow_ = found->checkWindow;
+    supported_ = {found->features.begin(), found->features.end()};
     if (isAlive != wasAlive && onChange_) {
         onChange_(isAlive);
     }
 }
 
-void WindowManager::refresh() {
+std::optional<WindowManager::Reading> WindowManager::read() {
     const auto deadline = deadlineFromNow();
     const auto& atoms = connection_.atoms();
-    const auto checkRequest =
-        requestProperty(connection_, connection_.root(), atoms.netSupportingWmCheck, XCB_ATOM_WINDOW, 1);
-    const auto supportedRequest = requestProperty(connection_, connection_.root(), atoms.netSupported,
-                                                  XCB_ATOM_ATOM, longestFeatureList);
+    const auto ask = [&](xcb_window_t window, xcb_atom_t property, xcb_atom_t type) {
+        return requestProperty(connection_, window, property, type, longestFeatureList);
+    };
+    const auto checkRequest = ask(connection_.root(), atoms.netSupportingWmCheck, XCB_ATOM_WINDOW);
+    const auto supportedRequest = ask(connection_.root(), atoms.netSupported, XCB_ATOM_ATOM);
     const auto checkReply = connection_.await<xcb_get_property_reply_t>(checkRequest, deadline);
     const auto supportedReply = connection_.await<xcb_get_property_reply_t>(supportedRequest, deadline);
-
-    checkWindow_ = XCB_WINDOW_NONE;
-    supported_.clear();
-    checkWindowEvents_.reset();
-    stale_ = checkReply == nullptr;
+    if (!checkReply || !supportedReply) {
+        return std::nullopt;
+    }
     const auto named = words(checkReply.get());
     if (named.empty()) {
-        return;
+        return Reading();
     }
     // The root keeps the property when its manager dies: only the window itself, pointing at itself, proves
     // life.
-    auto events = connection_.select(named[0], XCB_EVENT_MASK_STRUCTURE_NOTIFY);
-    const auto ownReply = connection_.await<xcb_get_property_reply_t>(
-        requestProperty(connection_, named[0], atoms.netSupportingWmCheck, XCB_ATOM_WINDOW, 1), deadline);
+    const auto ownRequest = ask(named[0], atoms.netSupportingWmCheck, XCB_ATOM_WINDOW);
+    const auto ownReply = connection_.await<xcb_get_property_reply_t>(ownRequest, deadline);
+    if (std::chrono::steady_clock::now() >= deadline) {
+        return std::nullopt;
+    }
     const auto own = words(ownReply.get());
     if (own.empty() || own[0] != named[0]) {
-        return;
+        return Reading();
     }
-    checkWindow_ = named[0];
-    checkWindowEvents_ = std::move(events);
     const auto features = words(supportedReply.get());
-    supported_ = {features.begin(), features.end()};
+    return Reading{.checkWindow = named[0], .features = {features.begin(), features.end()}};
 }
 
 } // namespace karto::x11

@@ -5,7 +5,10 @@
 
 #include <xcb/xcb.h>
 
+#include <functional>
+#include <optional>
 #include <set>
+#include <vector>
 
 namespace karto::x11 {
 
@@ -25,8 +28,15 @@ public:
     [[nodiscard]] Registration observeChanges(std::function<void(bool alive)> onChange);
 
 private:
-    void noteEvent(const xcb_generic_event_t& event);
+    struct Reading {
+        xcb_window_t checkWindow = XCB_WINDOW_NONE;
+        std::vector<xcb_atom_t> features;
+    };
+
+    [[nodiscard]] bool concernsManager(const xcb_generic_event_t& event) const;
     void refresh();
+    // Absent when the server does not answer in time.
+    std::optional<Reading> read();
 
     Connection& connection_;
     // The window that a living manager keeps; none when there is no manager.

@@ -13,6 +13,10 @@ constexpr std::chrono::milliseconds quiet{60};
 // The same for a window that is known to be wrong and is asked again.
 constexpr std::chrono::milliseconds shortQuiet{20};
 constexpr int mostCorrections = 4;
+// What looking at a window may take on a busy machine.
+constexpr std::chrono::milliseconds lookTime{30};
+// Beyond what any screen shows.
+constexpr int mostPixels = 0x7FFF;
 
 constexpr std::uint32_t sourceIsPager = 2;
 constexpr std::uint32_t stateRemove = 0;
@@ -25,11 +29,17 @@ bool fits(const WindowFacts& facts, const Rect& target) {
     return actual == wanted || actual == constrained(wanted, facts.sizeHints);
 }
 
-bool isAbout(const xcb_generic_event_t& event, xcb_window_t window) {
+// Whether an event may bring news of a window's frame.
+bool concernsFrame(const xcb_generic_event_t& event, xcb_window_t window, const Atoms& atoms) {
     switch (eventCode(event)) {
     case XCB_CONFIGURE_NOTIFY: return eventAs<xcb_configure_notify_event_t>(event).window == window;
-    case XCB_PROPERTY_NOTIFY: return eventAs<xcb_property_notify_event_t>(event).window == window;
     case XCB_DESTROY_NOTIFY: return eventAs<xcb_destroy_notify_event_t>(event).window == window;
+    case XCB_PROPERTY_NOTIFY: {
+        const auto& change = eventAs<xcb_property_notify_event_t>(event);
+        return change.window == window &&
+               (change.atom == atoms.netFrameExtents || change.atom == atoms.gtkFrameExtents ||
+                change.atom == atoms.netWmState);
+    }
     default: return false;
     }
 }
@@ -45,7 +55,10 @@ ClientArea clientAreaFor(const Rect& frame, const WindowFacts& facts) {
 }
 
 ClientArea constrained(ClientArea area, const xcb_size_hints_t& hints) {
-    const auto constrain = [&hints](int length, int minimum, int maximum, int base, int increment) {
+    const auto pixels = [](int hint) { return std::clamp(hint, 0, mostPixels); };
+    const auto constrain = [&](int length, int minimum, int maximum, int base, int increment) {
+        minimum = pixels(minimum);
+        base = pixels(base);
         const bool hasMinimum = (hints.flags & XCB_ICCCM_SIZE_HINT_P_MIN_SIZE) != 0;
         const bool hasBase = (hints.flags & XCB_ICCCM_SIZE_HINT_BASE_SIZE) != 0;
         if (hasMinimum || hasBase) {
@@ -176,16 +189,17 @@ void WindowPlacer::correct(xcb_window_t window, Placement& placement, const Wind
     }
 }
 
-bool WindowPlacer::awaitChange(xcb_window_t window, Deadline deadline) {
-    while (true) {
-        const auto events = connection_.awaitEvents(deadline);
-        if (events.empty()) {
-            return false;
-        }
-        if (std::ranges::any_of(events, [window](const auto* event) { return isAbout(*event, window); })) {
+bool WindowPlacer::awaitChange(xcb_window_t window, std::size_t mark, Deadline deadline) {
+    do {
+        const auto events = connection_.awaitEvents(mark, deadline);
+        mark += events.size();
+        if (std::ranges::any_of(events, [&](const auto* event) {
+                return concernsFrame(*event, window, connection_.atoms());
+            })) {
             return true;
         }
-    }
+    } while (!connection_.broken() && std::chrono::steady_clock::now() < deadline);
+    return false;
 }
 
 std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline deadline) {
@@ -193,35 +207,36 @@ std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline de
     if (!asked.isSent) {
         send(window, asked);
     }
+    // The last look must be answered within the deadline as well.
+    const auto lastLook = deadline - lookTime;
     bool hasChanged = false;
+    std::optional<WindowFacts> facts;
     while (true) {
-        auto facts = FactsRequest(connection_, window).receive(connection_, deadlineFromNow());
-        if (!facts) {
-            placements_.erase(window);
-            return std::nullopt;
+        const auto mark = connection_.eventMark();
+        facts = FactsRequest(connection_, window).receive(connection_, deadline);
+        if (!facts || advance(window, asked, *facts)) {
+            break;
         }
-        if (!advance(window, asked, *facts)) {
-            const auto patience = asked.wasMaximized ? shortQuiet : quiet;
-            const auto until = hasChanged ? std::min(deadline, deadlineFromNow(patience)) : deadline;
-            if (awaitChange(window, until)) {
-                hasChanged = true;
-                continue;
-            }
-            const bool mayAskAgain = asked.wasMaximized && !asked.isRestoring && until < deadline &&
-                                     asked.corrections < mostCorrections;
-            if (mayAskAgain) {
-                correct(window, asked, *facts);
-                continue;
-            }
+        const auto patience = asked.wasMaximized ? shortQuiet : quiet;
+        const auto until = hasChanged ? std::min(lastLook, deadlineFromNow(patience)) : lastLook;
+        if (std::chrono::steady_clock::now() < until && awaitChange(window, mark, until)) {
+            hasChanged = true;
+            continue;
         }
-        asked.isSettled = true;
-        if (asked.wasMaximized) {
-            recheckLater(window, asked);
-        } else {
-            placements_.erase(window);
+        const bool mayAskAgain = asked.wasMaximized && !asked.isRestoring && until < lastLook &&
+                                 asked.corrections < mostCorrections;
+        if (!mayAskAgain) {
+            break;
         }
-        return facts;
+        correct(window, asked, *facts);
     }
+    asked.isSettled = true;
+    if (asked.wasMaximized) {
+        recheckLater(window, asked);
+    } else {
+        placements_.erase(window);
+    }
+    return facts;
 }
 
 void WindowPlacer::recheckLater(xcb_window_t window, Placement& placement) {
@@ -234,19 +249,21 @@ void WindowPlacer::recheck(xcb_window_t window) {
         return;
     }
     auto& asked = known->second;
-    const auto facts = FactsRequest(connection_, window).receive(connection_, deadlineFromNow());
-    // Only a window that gave up being maximized changes late; one that was maximized again meanwhile is left
-    // alone.
-    const bool isOver = !facts || !asked.wasMaximized || asked.corrections >= mostCorrections ||
-                        (!asked.isRestoring && facts->isMaximized);
-    if (isOver || advance(window, asked, *facts)) {
+    // Only a window that gave up being maximized changes late.
+    if (!asked.wasMaximized || asked.corrections >= mostCorrections) {
         placements_.erase(known);
         return;
     }
-    if (asked.isRestoring) {
-        ++asked.corrections;
-    } else {
+    const auto facts = FactsRequest(connection_, window).receive(connection_, deadlineFromNow());
+    const bool wasMaximizedAgain = facts && !asked.isRestoring && facts->isMaximized;
+    if (wasMaximizedAgain || (facts && advance(window, asked, *facts))) {
+        placements_.erase(known);
+        return;
+    }
+    if (facts && !asked.isRestoring) {
         correct(window, asked, *facts);
+    } else {
+        ++asked.corrections;
     }
     recheckLater(window, asked);
 }

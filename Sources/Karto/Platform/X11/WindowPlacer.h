@@ -12,6 +12,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstddef>
 #include <map>
 #include <optional>
 
@@ -71,8 +72,8 @@ private:
     void send(xcb_window_t window, Placement& placement);
     void place(xcb_window_t window, Placement& placement, const WindowFacts& facts);
     bool advance(xcb_window_t window, Placement& placement, const WindowFacts& facts);
-    // Whether the window changed before the deadline.
-    bool awaitChange(xcb_window_t window, Deadline deadline);
+    // Whether the window's frame may have changed since the mark, before the deadline.
+    bool awaitChange(xcb_window_t window, std::size_t mark, Deadline deadline);
     void recheckLater(xcb_window_t window, Placement& placement);
     void recheck(xcb_window_t window);
     void correct(xcb_window_t window, Placement& placement, const WindowFacts& facts);

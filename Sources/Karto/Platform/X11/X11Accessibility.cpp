@@ -55,17 +55,17 @@ X11Accessibility::X11Accessibility(Connection& connection, WindowManager& manage
     , turnEnds_(connection.observeTurnEnds([this] {
         placer_.send();
         seen_.clear();
+        seenDesktop_.reset();
     })) {}
 
 bool X11Accessibility::isTrusted() { return !trustProblem(); }
 
 bool X11Accessibility::requestTrust() {
-    const bool canBecomeTrusted = !session_.isWayland && !connection_.isNestedInWayland();
-    return canBecomeTrusted && manager_.awaitAlive(deadlineFromNow(loginPatience));
+    return !session_.isWayland && manager_.awaitAlive(deadlineFromNow(loginPatience));
 }
 
 std::optional<std::string> X11Accessibility::trustProblem() {
-    if (session_.isWayland || connection_.isNestedInWayland()) {
+    if (session_.isWayland) {
         return "This is a Wayland session, which lets no program move the windows of others. Karto works in "
                "an X11 "
                "session: choose one when you log in.";
@@ -280,7 +280,14 @@ std::optional<std::uint32_t> X11Accessibility::rootValue(xcb_atom_t property, xc
 }
 
 std::optional<std::uint32_t> X11Accessibility::currentDesktop() {
-    return rootValue(connection_.atoms().netCurrentDesktop, XCB_ATOM_CARDINAL);
+    if (seenDesktop_) {
+        return seenDesktop_;
+    }
+    const auto desktop = rootValue(connection_.atoms().netCurrentDesktop, XCB_ATOM_CARDINAL);
+    if (connection_.currentTurn()) {
+        seenDesktop_ = desktop;
+    }
+    return desktop;
 }
 
 std::vector<X11Accessibility::Client> X11Accessibility::clients(xcb_atom_t list) {
@@ -340,11 +347,10 @@ xcb_timestamp_t X11Accessibility::serverTime() {
     xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
                         0, nullptr);
     xcb_timestamp_t time = XCB_CURRENT_TIME;
-    while (time == XCB_CURRENT_TIME) {
-        const auto fresh = connection_.awaitEvents(deadline);
-        if (fresh.empty()) {
-            break;
-        }
+    auto mark = connection_.eventMark();
+    while (time == XCB_CURRENT_TIME && std::chrono::steady_clock::now() < deadline) {
+        const auto fresh = connection_.awaitEvents(mark, deadline);
+        mark += fresh.size();
         for (const auto* event : fresh) {
             if (eventCode(*event) == XCB_PROPERTY_NOTIFY &&
                 eventAs<xcb_property_notify_event_t>(*event).window == window) {

@@ -85,6 +85,7 @@ private:
     WindowPlacer placer_;
     // What was read while the event at hand is handled.
     std::map<xcb_window_t, WindowFacts> seen_;
+    std::optional<std::uint32_t> seenDesktop_;
     // The window that was active when last asked; read ahead together with the question who is active now.
     xcb_window_t lastActive_ = XCB_WINDOW_NONE;
     xcb_window_t lastRaised_ = XCB_WINDOW_NONE;

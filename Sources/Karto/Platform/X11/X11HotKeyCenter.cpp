@@ -46,7 +46,8 @@ Registration X11HotKeyCenter::installHandler(std::function<void(std::uint32_t id
 
 std::expected<Registration, HotKeyRefused> X11HotKeyCenter::registerHotKey(const HotKey& hotKey) {
     const auto grab = grabFor(hotKey);
-    if (!grab || !claim(*grab)) {
+    // A server that did not answer for one shortcut is not waited for again for each of the others.
+    if (!grab || claimingAgain_ || !claim(*grab)) {
         return std::unexpected(HotKeyRefused());
     }
     const auto key = claimed_++;
@@ -83,12 +84,18 @@ bool X11HotKeyCenter::claim(const Grab& grab) {
                                                 grab.modifiers | locks, grab.key, XCB_GRAB_MODE_ASYNC,
                                                 XCB_GRAB_MODE_ASYNC));
     }
-    const bool claimed =
-        std::ranges::all_of(connection_.succeeded(requests, deadlineFromNow()), std::identity());
-    if (!claimed) {
+    const auto outcomes = connection_.succeeded(requests, deadlineFromNow());
+    const bool isClaimed = outcomes && std::ranges::all_of(*outcomes, std::identity());
+    if (!isClaimed) {
         release(grab);
     }
-    return claimed;
+    if (!outcomes && !connection_.broken()) {
+        claimingAgain_ = scheduler_.after(retryTime, callbacks_.wrap([this] {
+            claimingAgain_.reset();
+            changeObservers_.notify();
+        }));
+    }
+    return isClaimed;
 }
 
 void X11HotKeyCenter::release(const Grab& grab) {

@@ -57,6 +57,8 @@ private:
     // Absent without the keyboard extension.
     Registration events_;
     Registration reading_;
+    // The server did not answer, and all shortcuts are to be claimed anew.
+    Registration claimingAgain_;
     WeakCallbacks callbacks_;
 };
 

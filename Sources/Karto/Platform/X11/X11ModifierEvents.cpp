@@ -36,6 +36,10 @@ ModifierFlags X11ModifierEvents::held() {
 void X11ModifierEvents::handle(const Xkb& xkb, const xcb_generic_event_t& event) {
     if (xkb.isKeyboardChange(event)) {
         masksAreCurrent_ = false;
+        const auto before = held_;
+        if (held() != before) {
+            observers_.notify(held_);
+        }
         return;
     }
     const auto* const news = xkb.heldModifiers(event);

@@ -6,6 +6,9 @@ namespace {
 
 constexpr std::uint16_t newKeyboardParts = XCB_XKB_NKN_DETAIL_KEYCODES | XCB_XKB_NKN_DETAIL_DEVICE_ID;
 constexpr std::uint16_t mapParts = XCB_XKB_MAP_PART_KEY_SYMS | XCB_XKB_MAP_PART_MODIFIER_MAP;
+// Whether keys repeat at all, which of them do, and how fast.
+constexpr std::uint32_t repetitionParts = std::uint32_t{XCB_XKB_BOOL_CTRL_REPEAT_KEYS} |
+                                          XCB_XKB_CONTROL_PER_KEY_REPEAT | XCB_XKB_CONTROL_CONTROLS_ENABLED;
 constexpr std::uint16_t heldParts = XCB_XKB_STATE_PART_MODIFIER_BASE | XCB_XKB_STATE_PART_MODIFIER_LATCH;
 
 } // namespace
@@ -32,7 +35,7 @@ void Xkb::detectRepetition() const {
 void Xkb::selectKeyboardChanges() const {
     xcb_xkb_select_events_details_t details{};
     details.affectNewKeyboard = details.newKeyboardDetails = newKeyboardParts;
-    details.affectCtrls = details.ctrlDetails = XCB_XKB_BOOL_CTRL_REPEAT_KEYS;
+    details.affectCtrls = details.ctrlDetails = repetitionParts;
     select(XCB_XKB_EVENT_TYPE_NEW_KEYBOARD_NOTIFY | XCB_XKB_EVENT_TYPE_MAP_NOTIFY |
                XCB_XKB_EVENT_TYPE_CONTROLS_NOTIFY,
            details);

@@ -1,0 +1,29 @@
+#pragma once
+// Presses keys as a person at the keyboard would, through the server's XTEST extension.
+
+#include "XServer.h"
+
+#include <array>
+#include <cstdint>
+
+namespace karto::bench {
+
+class Keyboard {
+public:
+    explicit Keyboard(const XServer& server);
+
+    // Presses Shift, Control, Alt and Super and gives every program that watches them a moment.
+    void holdHyper() const;
+    // Returns the time just before the press was sent.
+    [[nodiscard]] Clock::time_point press(xcb_keycode_t key) const;
+    // Lets the key go, then the modifiers.
+    void release(xcb_keycode_t key) const;
+
+private:
+    void fake(std::uint8_t event, xcb_keycode_t key) const;
+
+    const XServer& server_;
+    std::array<xcb_keycode_t, 4> hyper_;
+};
+
+} // namespace karto::bench
