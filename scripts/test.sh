@@ -12,7 +12,7 @@ build dev
 say "Building the tests under the address and undefined-behaviour sanitizers (build/asan)"
 build asan -- KartoCoreTests KartoTests
 
-scripts/lint.sh
+scripts/lint.sh --changed
 
 say "Running the core and service tests under the sanitizers"
 ctest --test-dir build/asan --output-on-failure -j 2 --no-tests=error -LE desktop -E _NOT_BUILT

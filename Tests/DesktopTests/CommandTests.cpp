@@ -35,11 +35,10 @@ TEST_P(CommandTest, everyMoveTakesTheFocusedWindowToItsPlaceOnTwoDisplays) {
     };
     for (const Step& step : steps) {
         SCOPED_TRACE(step.command);
-        const auto outcome = Outcome::in(press(step.key, step.command));
-        ASSERT_TRUE(outcome);
-        EXPECT_TRUE(outcome->accepted);
+        const Outcome outcome = Outcome::in(press(step.key, step.command)).value_or(Outcome{});
+        EXPECT_TRUE(outcome.accepted);
         EXPECT_TRUE(takes(window, step.frame));
-        EXPECT_TRUE(fits(outcome->result, step.frame)) << "the log tells another frame";
+        EXPECT_TRUE(fits(outcome.result, step.frame)) << "the log tells another frame";
     }
     const Rect stray{.x = 750, .y = 500, .width = 400, .height = 260};
     desktop.x().place(window.window(), stray);

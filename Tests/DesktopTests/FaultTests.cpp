@@ -92,12 +92,12 @@ TEST_F(FaultTest, aSessionWhoseWindowsNobodyMayMoveIsExplained) {
     EXPECT_TRUE(
         karto->log().next("startup: Accessibility permission not granted, showing the onboarding alert "
                           "and quitting"));
-    std::optional<xcb_window_t> alert;
+    xcb_window_t alert = XCB_WINDOW_NONE;
     require("the alert", [&] {
-        alert = desktop.x().clientOf(karto->process().pid());
-        return alert.has_value();
+        alert = desktop.x().clientOf(karto->process().pid()).value_or(alert);
+        return alert != XCB_WINDOW_NONE;
     });
-    desktop.x().close(*alert);
+    desktop.x().close(alert);
     EXPECT_EQ(karto->process().waitForExit(), (Exit{.status = 1, .signal = {}}));
 }
 

@@ -83,13 +83,16 @@ std::uint8_t KeyPresser::lockedModifiers() const {
 
 void KeyPresser::setLocks(bool on) const {
     // Num Lock sits on Mod2 in every keyboard description that the servers ship.
-    const std::map<std::string, unsigned> locks{{"CAPS", XCB_MOD_MASK_LOCK}, {"NMLK", XCB_MOD_MASK_2}};
-    for (const auto& [key, mask] : locks) {
-        if (((lockedModifiers() & mask) != 0) != on) {
-            tap(key);
-        }
-        require(key + " to follow its key", [&] { return ((lockedModifiers() & mask) != 0) == on; });
+    setLock("CAPS", XCB_MOD_MASK_LOCK, on);
+    setLock("NMLK", XCB_MOD_MASK_2, on);
+}
+
+void KeyPresser::setLock(const std::string& key, unsigned modifier, bool on) const {
+    const auto isRight = [&] { return ((lockedModifiers() & modifier) != 0) == on; };
+    if (!isRight()) {
+        tap(key);
     }
+    require(key + " to follow its key", isRight);
 }
 
 } // namespace karto::desktop

@@ -33,6 +33,7 @@ public:
     [[nodiscard]] xcb_keycode_t codeOf(const std::string& key) const;
 
 private:
+    void setLock(const std::string& key, unsigned modifier, bool on) const;
     void send(std::uint8_t type, const std::string& key) const;
     [[nodiscard]] std::uint8_t lockedModifiers() const;
 
