@@ -73,22 +73,4 @@ TEST_P(CommandTest, tidyDealsTheWindowsOfOneDisplayOverItsZones) {
     EXPECT_EQ(elsewhere.frame(), untouched);
 }
 
-TEST_P(CommandTest, DISABLED_theSwitcherRaisesTheOtherWindowOfTheZoneUnlessCancelled) {
-    startKarto();
-    const Application below = Application::probe(desktop, "plain", "below", somewhere);
-    press("AE01", "moveToZone(1)");
-    const Application above = Application::probe(desktop, "plain", "above", somewhere);
-    press("AE01", "moveToZone(1)");
-
-    keys.holdHyper();
-    keys.tap("TAB");
-    keys.tap("ESC");
-    keys.releaseHyper();
-    EXPECT_TRUE(karto->log().next("switcher: cancelled, nothing raised"));
-    EXPECT_EQ(desktop.x().activeWindow(), above.window());
-
-    keys.chord("TAB");
-    EXPECT_TRUE(eventually([&] { return desktop.x().activeWindow() == below.window(); }));
-}
-
 } // namespace karto::desktop

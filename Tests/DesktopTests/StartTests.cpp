@@ -32,10 +32,11 @@ TEST_F(StartTest, aFirstRunIsReportedAndHasTheDefaults) {
     EXPECT_TRUE(karto->log().next("startup: no config loaded — no config file yet"));
 }
 
-TEST_F(StartTest, DISABLED_aFirstRunLandsInTheSettings) {
-    std::filesystem::remove(KartoProcess::configurationPath(desktop));
+TEST_F(StartTest, aSecondOneOnTheDisplaySaysSoAndQuits) {
     startKarto();
-    require("the settings window", [&] { return desktop.x().clientOf(karto->process().pid()).has_value(); });
+    KartoProcess second(desktop);
+    EXPECT_EQ(second.process().waitForExit(), (Exit{.status = 1, .signal = {}}));
+    EXPECT_NE(second.process().errors().find("Karto is running on this display already"), std::string::npos);
 }
 
 TEST_F(StartTest, aHandEditOfTheConfigurationCountsAtOnce) {
