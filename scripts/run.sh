@@ -9,7 +9,7 @@ if [[ -n ${DISPLAY:-} ]]; then
     scripts/install-packages.sh build
     say "Building Karto (build/release)"
     build release -- karto
-    say "Starting build/release/karto on display $DISPLAY; quit it from its menu or with Ctrl+C"
+    say "Starting build/release/karto on display $DISPLAY; end it with Ctrl+C"
     exec build/release/karto
 fi
 

@@ -9,7 +9,6 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <csignal>
 #include <cstdio>
 #include <fstream>
 #include <functional>
@@ -77,10 +76,6 @@ public:
         for (const auto& [name, key, glyph, command] : steps) {
             show(name, key, glyph, command);
         }
-        showSwitcher();
-        showOverlay();
-        karto_->process().signal(SIGTERM);
-        showFirstRun();
         fs::copy_file(KartoProcess::logPath(desktop_), folder_ / "karto-check.log");
         say(fmt::format("\nPictures and karto-check.log are in {}", fs::absolute(folder_).string()));
         return isComplete_;
@@ -165,48 +160,11 @@ private:
         takePicture(name);
     }
 
-    void showSwitcher() {
-        say("\nhyper + ⇥   cycle the windows of the zone");
-        windows_.back().activate();
-        keys_->holdHyper();
-        keys_->tap("TAB");
-        wait(500ms);
-        takePicture("switcher");
-        keys_->releaseHyper();
-        say(fmt::format("    log     {}", karto_->log().next("switcher: ", 2s).value_or("nothing")));
-    }
-
-    void showOverlay() {
-        say("\nhyper held   the overlay numbers the zones");
-        keys_->holdHyper();
-        wait(1s);
-        takePicture("overlay");
-        keys_->releaseHyper();
-    }
-
-    // Without a configuration file the settings open by themselves.
-    void showFirstRun() {
-        karto_->process().waitForExit();
-        fs::remove(KartoProcess::configurationPath(desktop_));
-        karto_ = std::make_unique<KartoProcess>(desktop_);
-        karto_->waitForBanner();
-        say("\nStarted without a configuration file");
-        const pid_t pid = karto_->process().pid();
-        if (eventually([&] { return desktop_.x().clientOf(pid).has_value(); }, 3s)) {
-            wait(1s);
-            takePicture("settings");
-        } else {
-            say("    no settings window came up");
-        }
-    }
-
-    // For a picture that shows what came after a delay of the program's own.
-    static void wait(std::chrono::milliseconds time) { std::this_thread::sleep_for(time); }
-
     void takePicture(std::string name) {
         std::ranges::replace(name, ' ', '-');
         const std::string file = fmt::format("{:02}-{}.png", ++pictures_, name);
-        wait(150ms);
+        // Compositors paint what is new a frame or two later.
+        std::this_thread::sleep_for(150ms);
         desktop_.screenshot(folder_ / file);
         say("    picture " + file);
     }

@@ -172,23 +172,35 @@ Registration Connection::observeTurnEnds(std::function<void()> onTurnEnd) {
 
 Registration Connection::select(xcb_window_t window, std::uint32_t eventMask) {
     const auto key = selected_++;
+    const auto before = selection(window);
     selections_[window].emplace(key, eventMask);
-    applySelection(window);
+    applySelection(window, before);
     return Registration(callbacks_.wrap([this, window, key] {
+        const auto selectedBefore = selection(window);
         selections_[window].erase(key);
-        applySelection(window);
+        applySelection(window, selectedBefore);
         if (selections_[window].empty()) {
             selections_.erase(window);
         }
     }));
 }
 
-void Connection::applySelection(xcb_window_t window) const {
+std::uint32_t Connection::selection(xcb_window_t window) const {
+    const auto selected = selections_.find(window);
     std::uint32_t mask = 0;
-    for (const auto& [key, selected] : selections_.at(window)) {
-        mask |= selected;
+    if (selected != selections_.end()) {
+        for (const auto& [key, part] : selected->second) {
+            mask |= part;
+        }
     }
-    xcb_change_window_attributes(get(), window, XCB_CW_EVENT_MASK, &mask);
+    return mask;
+}
+
+void Connection::applySelection(xcb_window_t window, std::uint32_t before) const {
+    const auto mask = selection(window);
+    if (mask != before) {
+        xcb_change_window_attributes(get(), window, XCB_CW_EVENT_MASK, &mask);
+    }
 }
 
 std::optional<std::uint64_t> Connection::currentTurn() const {

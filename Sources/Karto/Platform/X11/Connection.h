@@ -123,7 +123,9 @@ private:
     // Makes sure that events in line are handed out although the socket has nothing new to read.
     void dispatchSoon();
     void dispatch();
-    void applySelection(xcb_window_t window) const;
+    [[nodiscard]] std::uint32_t selection(xcb_window_t window) const;
+    // Tells the server where the selection differs from `before`.
+    void applySelection(xcb_window_t window, std::uint32_t before) const;
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     const xcb_screen_t* screen_ = nullptr;

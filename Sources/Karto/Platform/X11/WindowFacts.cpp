@@ -120,6 +120,7 @@ std::optional<WindowFacts> FactsRequest::receive(Connection& connection, Deadlin
     const auto& atoms = connection.atoms();
 
     WindowFacts facts{
+        .sequence = geometry_.sequence,
         .x = origin->dst_x,
         .y = origin->dst_y,
         .width = geometry->width,

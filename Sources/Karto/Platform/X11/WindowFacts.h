@@ -25,6 +25,9 @@ struct Insets {
 };
 
 struct WindowFacts {
+    // The request that they answer, in the server's count: what an event with a lower number tells, they
+    // include.
+    std::uint32_t sequence = 0;
     // The client area, X pixels of the root.
     int x = 0;
     int y = 0;

@@ -130,7 +130,12 @@ const WindowFacts* WindowPlacer::unsettled(xcb_window_t window) const {
 void WindowPlacer::send(xcb_window_t window, Placement& placement) {
     placement.isSent = true;
     if (!placement.facts.isMaximized) {
-        place(window, placement, placement.facts);
+        // Nothing happens to a window that is asked to stay as it is, and so there would be nothing to wait
+        // for.
+        placement.fitted = fits(placement.facts, placement.target);
+        if (!placement.fitted) {
+            place(window, placement, placement.facts);
+        }
         return;
     }
     placement.wasMaximized = true;
@@ -204,12 +209,15 @@ bool WindowPlacer::awaitChange(xcb_window_t window, std::size_t mark, Deadline d
 
 std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline deadline) {
     auto& asked = placements_.at(window);
-    if (!asked.isSent) {
-        send(window, asked);
-    }
     // The last look must be answered within the deadline as well.
     const auto lastLook = deadline - lookTime;
     bool hasChanged = false;
+    if (!asked.isSent) {
+        const auto mark = connection_.eventMark();
+        send(window, asked);
+        // Looking any sooner would only keep the server from carrying it out.
+        hasChanged = !asked.fitted && awaitChange(window, mark, lastLook);
+    }
     std::optional<WindowFacts> facts;
     while (true) {
         const auto mark = connection_.eventMark();

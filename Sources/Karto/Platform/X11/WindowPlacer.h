@@ -60,6 +60,8 @@ private:
         WindowFacts facts;
         bool isSent = false;
         bool isSettled = false;
+        // It was there already when it was asked.
+        bool fitted = false;
         bool wasMaximized = false;
         // It has been told to give up being maximized and has not yet.
         bool isRestoring = false;

@@ -13,6 +13,8 @@ namespace {
 
 // How long a desktop that is still starting gets to bring up its window manager.
 constexpr std::chrono::seconds loginPatience{5};
+// How long a burst of changes of the active window is given to end.
+constexpr std::chrono::milliseconds gatherTime{20};
 constexpr std::uint32_t mostWindows = 4096;
 constexpr std::uint32_t sourceIsPager = 2;
 
@@ -35,23 +37,29 @@ std::int32_t applicationNumber(xcb_window_t window, const WindowFacts& facts) {
     return facts.className.empty() ? -static_cast<std::int32_t>(window) : classNumber(facts.className);
 }
 
+// The window that an event reports a change of.
+std::optional<xcb_window_t> subjectOf(const xcb_generic_event_t& event) {
+    switch (eventCode(event)) {
+    case XCB_CONFIGURE_NOTIFY: return eventAs<xcb_configure_notify_event_t>(event).window;
+    case XCB_PROPERTY_NOTIFY: return eventAs<xcb_property_notify_event_t>(event).window;
+    case XCB_DESTROY_NOTIFY: return eventAs<xcb_destroy_notify_event_t>(event).window;
+    case XCB_MAP_NOTIFY: return eventAs<xcb_map_notify_event_t>(event).window;
+    case XCB_UNMAP_NOTIFY: return eventAs<xcb_unmap_notify_event_t>(event).window;
+    case XCB_REPARENT_NOTIFY: return eventAs<xcb_reparent_notify_event_t>(event).window;
+    default: return std::nullopt;
+    }
+}
+
 } // namespace
 
 X11Accessibility::X11Accessibility(Connection& connection, WindowManager& manager, Scheduler& scheduler,
                                    SessionFacts session)
     : connection_(connection)
     , manager_(manager)
+    , scheduler_(scheduler)
     , session_(std::move(session))
     , placer_(connection, manager, scheduler)
-    , activeChanges_(connection.observe([this](const xcb_generic_event_t& event) {
-        if (eventCode(event) != XCB_PROPERTY_NOTIFY) {
-            return;
-        }
-        const auto& change = eventAs<xcb_property_notify_event_t>(event);
-        if (change.window == connection_.root() && change.atom == connection_.atoms().netActiveWindow) {
-            lastActive_ = rootValue(change.atom, XCB_ATOM_WINDOW).value_or(XCB_WINDOW_NONE);
-        }
-    }))
+    , events_(connection.observe([this](const xcb_generic_event_t& event) { noteEvent(event); }))
     , turnEnds_(connection.observeTurnEnds([this] {
         placer_.send();
         seen_.clear();
@@ -163,6 +171,7 @@ void X11Accessibility::setSize(WindowHandle window, Size size) {
 }
 
 void X11Accessibility::sendUnlessMoreFollows() {
+    active_.facts.reset();
     if (!connection_.currentTurn()) {
         placer_.send();
     }
@@ -225,6 +234,8 @@ std::optional<WindowFacts> X11Accessibility::facts(xcb_window_t window) {
         found = placer_.settle(window, deadline);
     } else if (const auto known = seen_.find(window); known != seen_.end()) {
         return known->second;
+    } else if (connection_.currentTurn() && window == active_.window && active_.facts) {
+        return active_.facts;
     } else {
         found = FactsRequest(connection_, window).receive(connection_, deadline);
     }
@@ -246,30 +257,58 @@ void X11Accessibility::remember(xcb_window_t window, const WindowFacts& facts) {
     if (connection_.currentTurn()) {
         seen_.insert_or_assign(window, facts);
     }
+    if (window == active_.window) {
+        active_.facts = facts;
+    }
 }
 
 std::optional<xcb_window_t> X11Accessibility::activeWindow() {
     if (!manager_.alive()) {
         return std::nullopt;
     }
-    const auto deadline = deadlineFromNow();
-    const auto request = requestProperty(connection_, connection_.root(), connection_.atoms().netActiveWindow,
-                                         XCB_ATOM_WINDOW, 1);
-    std::optional<FactsRequest> ahead;
-    const bool readsAhead = connection_.currentTurn() && lastActive_ != XCB_WINDOW_NONE &&
-                            !seen_.contains(lastActive_) && placer_.unsettled(lastActive_) == nullptr;
-    if (readsAhead) {
-        ahead.emplace(connection_, lastActive_);
+    // While an event is handled, every change before it has been handled as well.
+    if (!connection_.currentTurn() || !active_.isKnown) {
+        readActive();
     }
-    const auto reply = connection_.await<xcb_get_property_reply_t>(request, deadline);
-    if (ahead) {
-        if (const auto found = ahead->receive(connection_, deadline)) {
-            remember(lastActive_, *found);
-        }
+    return active_.window == XCB_WINDOW_NONE ? std::nullopt : std::optional(active_.window);
+}
+
+void X11Accessibility::readActive() {
+    const auto window = rootValue(connection_.atoms().netActiveWindow, XCB_ATOM_WINDOW);
+    active_.isKnown = window.has_value();
+    if (active_.window != window.value_or(XCB_WINDOW_NONE)) {
+        active_.window = window.value_or(XCB_WINDOW_NONE);
+        active_.facts.reset();
+        active_.events = active_.window == XCB_WINDOW_NONE
+                             ? Registration()
+                             : connection_.select(active_.window, XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                                                      XCB_EVENT_MASK_PROPERTY_CHANGE);
     }
-    const auto value = words(reply.get());
-    lastActive_ = value.empty() ? 0 : value[0];
-    return value.empty() || value[0] == XCB_WINDOW_NONE ? std::nullopt : std::optional(value[0]);
+    if (active_.window != XCB_WINDOW_NONE && !active_.facts) {
+        active_.facts = FactsRequest(connection_, active_.window).receive(connection_, deadlineFromNow());
+    }
+}
+
+void X11Accessibility::noteEvent(const xcb_generic_event_t& event) {
+    const auto subject = subjectOf(event);
+    if (!subject) {
+        return;
+    }
+    const bool isActiveChange =
+        subject == connection_.root() && eventCode(event) == XCB_PROPERTY_NOTIFY &&
+        eventAs<xcb_property_notify_event_t>(event).atom == connection_.atoms().netActiveWindow;
+    if (isActiveChange) {
+        readActive();
+        return;
+    }
+    // The count wraps around.
+    const bool isNews =
+        active_.facts && static_cast<std::int32_t>(event.full_sequence - active_.facts->sequence) >= 0;
+    if (subject == active_.window && isNews) {
+        active_.facts.reset();
+        // Read ahead, once for a burst of changes, so that a key pressed later finds it known.
+        active_.reading = scheduler_.after(gatherTime, callbacks_.wrap([this] { readActive(); }));
+    }
 }
 
 std::optional<std::uint32_t> X11Accessibility::rootValue(xcb_atom_t property, xcb_atom_t type) {

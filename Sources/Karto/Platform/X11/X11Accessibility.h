@@ -1,10 +1,11 @@
 #pragma once
 // Windows and applications through EWMH and ICCCM.
-// What is read of a window while one event is handled is read once and together: a pressed key costs one
-// flight of requests before the window moves.
+// What is read of a window while one event is handled is read once and together, and the active window is
+// known before a key is pressed.
 
 #include "Karto/Platform/Accessibility.h"
 #include "Karto/Platform/Scheduler.h"
+#include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Connection.h"
 #include "Karto/Platform/X11/WindowFacts.h"
 #include "Karto/Platform/X11/WindowManager.h"
@@ -65,6 +66,21 @@ private:
         WindowFacts facts;
     };
 
+    // The active window, kept current by the events that tell of its changes: between a pressed key and the
+    // request to move it nothing needs to be asked.
+    struct Active {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        // Whether `window` holds, NONE included.
+        bool isKnown = false;
+        // Absent from a change on until it is looked at again.
+        std::optional<WindowFacts> facts;
+        Registration events;
+        Registration reading;
+    };
+
+    void noteEvent(const xcb_generic_event_t& event);
+    void readActive();
+
     std::optional<WindowFacts> facts(xcb_window_t window);
     std::optional<WindowFacts> lastSeen(xcb_window_t window);
     void sendUnlessMoreFollows();
@@ -81,16 +97,17 @@ private:
 
     Connection& connection_;
     WindowManager& manager_;
+    Scheduler& scheduler_;
     SessionFacts session_;
     WindowPlacer placer_;
     // What was read while the event at hand is handled.
     std::map<xcb_window_t, WindowFacts> seen_;
     std::optional<std::uint32_t> seenDesktop_;
-    // The window that was active when last asked; read ahead together with the question who is active now.
-    xcb_window_t lastActive_ = XCB_WINDOW_NONE;
+    Active active_;
     xcb_window_t lastRaised_ = XCB_WINDOW_NONE;
-    Registration activeChanges_;
+    Registration events_;
     Registration turnEnds_;
+    WeakCallbacks callbacks_;
 };
 
 } // namespace karto::x11
