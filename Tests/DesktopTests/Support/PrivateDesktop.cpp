@@ -116,6 +116,14 @@ PrivateDesktop::~PrivateDesktop() {
     }
 }
 
+void PrivateDesktop::startBus() {
+    bus_ =
+        std::make_unique<ChildProcess>(start({"dbus-daemon", "--session", "--nofork", "--print-address=1"}));
+    require("the message bus", [this] { return bus_->output().ends_with('\n'); });
+    busAddress_ = bus_->output();
+    busAddress_.pop_back();
+}
+
 bool PrivateDesktop::startServer(const std::vector<std::string>& arguments) {
     server_ = std::make_unique<ChildProcess>(arguments, environment(), folder_ / "server");
     eventually([this] { return server_->output().ends_with('\n') || !server_->isAlive(); });
@@ -125,6 +133,8 @@ bool PrivateDesktop::startServer(const std::vector<std::string>& arguments) {
     }
     display_ = fmt::format(":{}", std::stoi(number));
     x_ = std::make_unique<XClient>(display_);
+    // After the server: what the bus starts wants to find it.
+    startBus();
     return true;
 }
 
@@ -203,7 +213,7 @@ Environment PrivateDesktop::environment() const {
                        {"LANG", "C.UTF-8"},
                        {"XDG_RUNTIME_DIR", folder_ / "runtime"},
                        {"XDG_SESSION_TYPE", "x11"},
-                       {"DBUS_SESSION_BUS_ADDRESS", "disabled:"},
+                       {"DBUS_SESSION_BUS_ADDRESS", busAddress_},
                        {"NO_AT_BRIDGE", "1"},
                        {"GTK_A11Y", "none"}};
     if (!display_.empty()) {
@@ -230,9 +240,7 @@ void PrivateDesktop::run(const std::vector<std::string>& arguments) {
 }
 
 void PrivateDesktop::startWindowManager(const std::string& name) {
-    // A manager that wants a message bus gets one of its own.
-    manager_ = std::make_unique<ChildProcess>(
-        start({"dbus-run-session", "--", name}, {{"DBUS_SESSION_BUS_ADDRESS", ""}}));
+    manager_ = std::make_unique<ChildProcess>(start({name}));
     require(name + " to announce itself",
             [this] { return !x_->property(x_->root(), "_NET_SUPPORTING_WM_CHECK").empty(); });
     require(name + " to take windows in", [this] { return x_->managerAnswers(200ms); });

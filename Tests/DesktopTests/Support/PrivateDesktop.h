@@ -1,7 +1,7 @@
 #pragma once
-// A desktop for one test: an X server on a free display number with the outputs asked for, a window manager
-// by name, and a temporary home folder. Nothing of the surrounding session is inherited, and everything ends
-// with the object.
+// A desktop for one test: an X server on a free display number with the outputs asked for, a message bus, a
+// window manager by name, and a temporary home folder. Nothing of the surrounding session is inherited, and
+// everything ends with the object.
 
 #include "Support/ChildProcess.h"
 #include "Support/XClient.h"
@@ -60,6 +60,7 @@ public:
     void screenshot(const std::filesystem::path& file);
 
 private:
+    void startBus();
     [[nodiscard]] bool startServer(const std::vector<std::string>& arguments);
     void defineOutputs();
     void defineMonitors();
@@ -71,10 +72,12 @@ private:
     std::filesystem::path folder_;
     std::filesystem::path home_;
     std::string display_;
+    std::string busAddress_ = "disabled:";
     bool hasOutputs_ = false;
     // The call that puts every output in its place.
     std::vector<std::string> layout_{"xrandr"};
     int programs_ = 0;
+    std::unique_ptr<ChildProcess> bus_;
     std::unique_ptr<ChildProcess> server_;
     std::unique_ptr<XClient> x_;
     std::unique_ptr<ChildProcess> manager_;
