@@ -1,7 +1,5 @@
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 
-#include "Karto/Platform/Linux/QtDescriptorWatch.h"
-
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -21,23 +19,34 @@ namespace {
 constexpr std::array settingsPrograms{"gnome-control-center", "systemsettings",      "xfce4-settings-manager",
                                       "cinnamon-settings",    "mate-control-center", "lxqt-config"};
 
+sigset_t endings() {
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGINT);
+    sigaddset(&set, SIGTERM);
+    return set;
+}
+
 // Delivers interrupt and termination signals to a descriptor instead of ending the process on the spot.
 int openSignalDescriptor() {
-    sigset_t endings;
-    sigemptyset(&endings);
-    sigaddset(&endings, SIGINT);
-    sigaddset(&endings, SIGTERM);
-    pthread_sigmask(SIG_BLOCK, &endings, nullptr);
-    return signalfd(-1, &endings, SFD_CLOEXEC | SFD_NONBLOCK);
+    const sigset_t set = endings();
+    pthread_sigmask(SIG_BLOCK, &set, nullptr);
+    return signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
 } // namespace
 
 QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
-    : application_(argumentCount, arguments) {
+    : signals_(openSignalDescriptor())
+    , application_(argumentCount, arguments)
+    , endings_(descriptors_.watch(signals_.number(), [] { quit(0); })) {
     QApplication::setApplicationName("Karto");
     QApplication::setDesktopFileName("karto");
     QApplication::setQuitOnLastWindowClosed(false);
+}
+
+QtApplicationHost::LastDeletions::~LastDeletions() {
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 std::size_t QtApplicationHost::runAlert(const Alert& alert) {
@@ -69,18 +78,20 @@ void QtApplicationHost::openDesktopSettings() {
     for (const auto* program : settingsPrograms) {
         const auto path = QStandardPaths::findExecutable(program);
         if (!path.isEmpty()) {
-            QProcess::startDetached(path, {});
+            QProcess settings;
+            settings.setProgram(path);
+            // It shall end when it is told to.
+            settings.setChildProcessModifier([] {
+                const sigset_t set = endings();
+                pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+            });
+            settings.startDetached();
             return;
         }
     }
 }
 
-int QtApplicationHost::run() {
-    const int descriptor = openSignalDescriptor();
-    QtDescriptorWatch descriptors;
-    const auto endings = descriptors.watch(descriptor, [] { quit(0); });
-    return QApplication::exec();
-}
+int QtApplicationHost::run() { return QApplication::exec(); }
 
 void QtApplicationHost::quit(int exitStatus) { QApplication::exit(exitStatus); }
 

@@ -2,6 +2,9 @@
 // The program on a Linux desktop: Qt's application object, its event loop and dialogs.
 
 #include "Karto/Platform/ApplicationHost.h"
+#include "Karto/Platform/Linux/Descriptor.h"
+#include "Karto/Platform/Linux/QtDescriptorWatch.h"
+#include "Karto/Platform/Registration.h"
 
 #include <QApplication>
 
@@ -23,7 +26,22 @@ public:
     static void quit(int exitStatus);
 
 private:
+    // Timers and watches are deleted by the event loop, which runs no more when the program ends.
+    struct LastDeletions {
+        LastDeletions() = default;
+        LastDeletions(const LastDeletions&) = delete;
+        LastDeletions(LastDeletions&&) = delete;
+        LastDeletions& operator=(const LastDeletions&) = delete;
+        LastDeletions& operator=(LastDeletions&&) = delete;
+        ~LastDeletions();
+    };
+
+    // Before the toolkit starts threads, which must not take the signals.
+    Descriptor signals_;
     QApplication application_;
+    LastDeletions lastDeletions_;
+    QtDescriptorWatch descriptors_;
+    Registration endings_;
 };
 
 } // namespace karto
