@@ -9,6 +9,7 @@
 #include <gtest/gtest.h>
 
 #include <cmath>
+#include <csignal>
 #include <iostream>
 
 namespace karto::desktop {
@@ -48,6 +49,8 @@ protected:
         }
         if (karto && shouldSurvive) {
             EXPECT_TRUE(karto->process().isAlive()) << "the program died";
+            karto->process().signal(SIGTERM);
+            EXPECT_EQ(karto->process().waitForExit(), (Exit{.status = 0, .signal = {}}));
         }
     }
 
