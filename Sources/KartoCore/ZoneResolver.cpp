@@ -3,7 +3,7 @@
 #include "KartoCore/Config.h"
 #include "KartoCore/TreeOrdering.h"
 
-#include <algorithm>
+#include <cstddef>
 #include <map>
 #include <set>
 #include <string_view>
@@ -29,17 +29,23 @@ std::vector<ResolvedZone> resolve(const KartoConfig& config, std::span<const Dis
             frames.try_emplace(keyOf(display), display.frame);
         }
     }
+    const std::vector<RingEntry> ring = TreeOrdering::ringOrder(config.displays);
+    // Every number occurs once, so there is nothing to sort.
+    std::vector<const RingEntry*> byOrder(ring.size());
+    for (const RingEntry& entry : ring) {
+        byOrder[static_cast<std::size_t>(entry.order) - 1] = &entry;
+    }
     std::vector<ResolvedZone> resolved;
-    for (const RingEntry& entry : TreeOrdering::ringOrder(config.displays)) {
-        const auto frame = frames.find(keyOf(entry.display));
+    resolved.reserve(ring.size());
+    for (const RingEntry* entry : byOrder) {
+        const auto frame = frames.find(keyOf(entry->display));
         if (frame != frames.end()) {
-            resolved.push_back({.order = entry.order,
-                                .display = entry.display.name,
-                                .orientation = entry.display.orientation,
-                                .rect = entry.zone.rect.pixelRect(frame->second)});
+            resolved.push_back({.order = entry->order,
+                                .display = entry->display.name,
+                                .orientation = entry->display.orientation,
+                                .rect = entry->zone.rect.pixelRect(frame->second)});
         }
     }
-    std::ranges::sort(resolved, {}, &ResolvedZone::order);
     return resolved;
 }
 
