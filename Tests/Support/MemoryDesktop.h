@@ -7,8 +7,8 @@
 #include "Karto/Platform/ApplicationHost.h"
 #include "Karto/Platform/HotKeyCenter.h"
 #include "Karto/Platform/ModifierEvents.h"
+#include "Karto/Platform/Observers.h"
 #include "Karto/Platform/Screens.h"
-#include "Support/Observers.h"
 
 #include <compare>
 #include <map>
