@@ -1,6 +1,5 @@
 #include "KartoCore/LayoutTree.h"
 
-#include <algorithm>
 #include <array>
 #include <iterator>
 #include <span>
@@ -14,15 +13,6 @@ namespace {
 constexpr std::array<std::string_view, 2> axisNames{"vertical", "horizontal"};
 constexpr std::array<std::string_view, 2> orientationNames{"landscape", "portrait"};
 constexpr std::array<std::string_view, 2> branchNames{"first", "second"};
-
-template<typename Enum, std::size_t count>
-std::optional<Enum> caseNamed(std::string_view name, const std::array<std::string_view, count>& names) {
-    const auto found = std::ranges::find(names, name);
-    if (found == names.end()) {
-        return std::nullopt;
-    }
-    return static_cast<Enum>(std::distance(names.begin(), found));
-}
 
 void listZones(const LayoutNode& node, const NormRect& region, NodePath& path, std::vector<TreeZone>& zones) {
     if (const ZoneLeaf* leaf = node.zone()) {
@@ -57,12 +47,6 @@ std::string_view rawName(Orientation orientation) {
 }
 
 std::string_view rawName(Branch branch) { return branchNames.at(std::to_underlying(branch)); }
-
-std::optional<Axis> axisNamed(std::string_view name) { return caseNamed<Axis>(name, axisNames); }
-
-std::optional<Orientation> orientationNamed(std::string_view name) {
-    return caseNamed<Orientation>(name, orientationNames);
-}
 
 Orientation orientationOf(const Rect& frame) {
     return frame.width < frame.height ? Orientation::portrait : Orientation::landscape;

@@ -29,10 +29,6 @@ std::string_view rawName(Axis axis);
 std::string_view rawName(Orientation orientation);
 std::string_view rawName(Branch branch);
 
-// The case with exactly this raw name; absent for any other text.
-std::optional<Axis> axisNamed(std::string_view name);
-std::optional<Orientation> orientationNamed(std::string_view name);
-
 // portrait only when the frame is narrower than tall: a square display is landscape.
 Orientation orientationOf(const Rect& frame);
 

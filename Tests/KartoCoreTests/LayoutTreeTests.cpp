@@ -68,13 +68,6 @@ TEST(LayoutTree, aPathThatEndsOnNoLeafChangesNothing) {
     EXPECT_EQ(tree.replacing({{second}}, zone(3)), columns(0.5, zone(), zone(3)));
 }
 
-TEST(LayoutTree, casesAreNamedByTheirExactRawNames) {
-    EXPECT_EQ(axisNamed(rawName(Axis::horizontal)), Axis::horizontal);
-    EXPECT_EQ(orientationNamed("portrait"), Orientation::portrait);
-    EXPECT_FALSE(axisNamed("Vertical"));
-    EXPECT_FALSE(orientationNamed(""));
-}
-
 TEST(Geometry, overlapsAreMeasuredAndTiesGoToTheEarlierCandidate) {
     const Rect square{.x = 0, .y = 0, .width = 10, .height = 10};
     const Rect beside{.x = 10, .y = 0, .width = 10, .height = 10};

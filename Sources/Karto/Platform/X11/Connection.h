@@ -60,8 +60,6 @@ public:
 
     [[nodiscard]] xcb_window_t root() const { return screen_->root; }
 
-    [[nodiscard]] const xcb_screen_t& screen() const { return *screen_; }
-
     [[nodiscard]] const Atoms& atoms() const { return atoms_; }
 
     // Whether the server can tell which process a window belongs to.
