@@ -19,8 +19,7 @@ bool isTrustedOrExplains(WindowService& windows, ApplicationHost& host, CheckLog
                     "If Karto is not in that list, click the \"+\" button below it and choose Karto in your "
                     "Applications folder.\n\n"
                     "Karto quits now — it does not pick the permission up while running. Start it again once "
-                    "you have "
-                    "granted it.",
+                    "you have granted it.",
                 .buttons = {"Open Settings", "Quit"}};
     if (const auto problem = windows.trustProblem()) {
         log.append("startup: " + *problem);

@@ -203,10 +203,6 @@ void Connection::applySelection(xcb_window_t window, std::uint32_t before) const
     }
 }
 
-std::optional<std::uint64_t> Connection::currentTurn() const {
-    return dispatching_ ? std::optional(turn_) : std::nullopt;
-}
-
 void Connection::tellWindowManager(xcb_window_t window, xcb_atom_t type,
                                    const std::array<std::uint32_t, 5>& words) const {
     xcb_client_message_event_t event{};
@@ -262,7 +258,6 @@ void Connection::dispatch() {
         }
         const Event event = std::move(line_.front());
         line_.pop_front();
-        ++turn_;
         eventObservers_.notify(*event);
         turnObservers_.notify();
     }

@@ -91,8 +91,8 @@ public:
     // Adds to the events that the server reports of a window, as long as the registration lasts.
     [[nodiscard]] Registration select(xcb_window_t window, std::uint32_t eventMask);
 
-    // A number that tells the events apart while observers handle one; absent at any other time.
-    [[nodiscard]] std::optional<std::uint64_t> currentTurn() const;
+    // Whether an event is being handed to its observers.
+    [[nodiscard]] bool inTurn() const { return dispatching_; }
 
     // Called after every event that observers have handled.
     [[nodiscard]] Registration observeTurnEnds(std::function<void()> onTurnEnd);
@@ -135,7 +135,6 @@ private:
     // What each registration selects of a window.
     std::map<xcb_window_t, std::map<std::uint64_t, std::uint32_t>> selections_;
     std::uint64_t selected_ = 0;
-    std::uint64_t turn_ = 0;
     bool dispatching_ = false;
     std::function<void()> onBroken_;
     Scheduler* scheduler_ = nullptr;

@@ -75,13 +75,11 @@ bool X11Accessibility::requestTrust() {
 std::optional<std::string> X11Accessibility::trustProblem() {
     if (session_.isWayland) {
         return "This is a Wayland session, which lets no program move the windows of others. Karto works in "
-               "an X11 "
-               "session: choose one when you log in.";
+               "an X11 session: choose one when you log in.";
     }
     if (!manager_.alive()) {
         return "No window manager that follows EWMH is running on this display. Karto asks the window "
-               "manager to "
-               "move windows and cannot work without one.";
+               "manager to move windows and cannot work without one.";
     }
     return std::nullopt;
 }
@@ -172,7 +170,7 @@ void X11Accessibility::setSize(WindowHandle window, Size size) {
 
 void X11Accessibility::sendUnlessMoreFollows() {
     active_.facts.reset();
-    if (!connection_.currentTurn()) {
+    if (!connection_.inTurn()) {
         placer_.send();
     }
 }
@@ -234,7 +232,7 @@ std::optional<WindowFacts> X11Accessibility::facts(xcb_window_t window) {
         found = placer_.settle(window, deadline);
     } else if (const auto known = seen_.find(window); known != seen_.end()) {
         return known->second;
-    } else if (connection_.currentTurn() && window == active_.window && active_.facts) {
+    } else if (connection_.inTurn() && window == active_.window && active_.facts) {
         return active_.facts;
     } else {
         found = FactsRequest(connection_, window).receive(connection_, deadline);
@@ -254,7 +252,7 @@ std::optional<WindowFacts> X11Accessibility::lastSeen(xcb_window_t window) {
 }
 
 void X11Accessibility::remember(xcb_window_t window, const WindowFacts& facts) {
-    if (connection_.currentTurn()) {
+    if (connection_.inTurn()) {
         seen_.insert_or_assign(window, facts);
     }
     if (window == active_.window) {
@@ -267,7 +265,7 @@ std::optional<xcb_window_t> X11Accessibility::activeWindow() {
         return std::nullopt;
     }
     // While an event is handled, every change before it has been handled as well.
-    if (!connection_.currentTurn() || !active_.isKnown) {
+    if (!connection_.inTurn() || !active_.isKnown) {
         readActive();
     }
     return active_.window == XCB_WINDOW_NONE ? std::nullopt : std::optional(active_.window);
@@ -323,7 +321,7 @@ std::optional<std::uint32_t> X11Accessibility::currentDesktop() {
         return seenDesktop_;
     }
     const auto desktop = rootValue(connection_.atoms().netCurrentDesktop, XCB_ATOM_CARDINAL);
-    if (connection_.currentTurn()) {
+    if (connection_.inTurn()) {
         seenDesktop_ = desktop;
     }
     return desktop;
