@@ -4,6 +4,8 @@
 // borders, in global points (X pixels), y down. Every call takes 0.25 seconds at most; a read that fails is
 // absent.
 
+#include "Karto/Platform/Picture.h"
+#include "Karto/Platform/WindowHandle.h"
 #include "KartoCore/Geometry.h"
 
 #include <cstdint>
@@ -14,22 +16,6 @@
 #include <vector>
 
 namespace karto {
-
-// One window, for as long as it exists. Equal handles denote the same window.
-struct WindowHandle {
-    std::uint32_t id = 0;
-
-    auto operator<=>(const WindowHandle&) const = default;
-};
-
-// A picture; rows from the top, pixels 0xAARRGGBB, not premultiplied.
-struct Image {
-    int width = 0;
-    int height = 0;
-    std::vector<std::uint32_t> pixels;
-
-    bool operator==(const Image&) const = default;
-};
 
 struct Application {
     // The process identifier; a negative number stands for an application whose windows name no process.

@@ -1,6 +1,8 @@
 #include "Karto/Platform/X11/Icons.h"
 
+#include <algorithm>
 #include <cstddef>
+#include <iterator>
 
 namespace karto::x11 {
 
@@ -11,6 +13,14 @@ constexpr std::uint32_t preferredSize = 64;
 constexpr std::uint32_t largestSize = 1024;
 // Some applications carry megabytes of icons; the small ones come first.
 constexpr std::uint32_t mostWords = 128 * 1024;
+
+std::uint32_t premultiplied(std::uint32_t pixel) {
+    const std::uint32_t alpha = pixel >> 24U;
+    const auto channel = [=](unsigned shift) {
+        return (((pixel >> shift & 0xFFU) * alpha + 127) / 255) << shift;
+    };
+    return alpha << 24U | channel(16) | channel(8) | channel(0);
+}
 
 } // namespace
 
@@ -37,9 +47,10 @@ std::optional<Image> bestIcon(std::span<const std::uint32_t> property) {
     if (best.empty()) {
         return std::nullopt;
     }
-    return Image{.width = static_cast<int>(bestWidth),
-                 .height = static_cast<int>(bestHeight),
-                 .pixels = {best.begin(), best.end()}};
+    Image icon{.width = static_cast<int>(bestWidth), .height = static_cast<int>(bestHeight), .pixels = {}};
+    icon.pixels.reserve(best.size());
+    std::ranges::transform(best, std::back_inserter(icon.pixels), premultiplied);
+    return icon;
 }
 
 std::optional<Image> readIcon(Connection& connection, xcb_window_t window) {

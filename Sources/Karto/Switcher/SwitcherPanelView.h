@@ -1,0 +1,35 @@
+#pragma once
+// What the switcher panel shows: a row for each window, one of them selected.
+
+#include "Karto/Platform/OverlayStage.h"
+#include "Karto/Platform/Picture.h"
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace karto {
+
+struct SwitcherRow {
+    // The index of its window.
+    int id = 0;
+    // Null for an application without one.
+    std::shared_ptr<const Image> icon;
+    std::string appName;
+    std::optional<std::string> title;
+
+    bool operator==(const SwitcherRow&) const = default;
+};
+
+struct SwitcherPanelView {
+    std::vector<SwitcherRow> rows;
+    int selected = 0;
+
+    bool operator==(const SwitcherPanelView&) const = default;
+};
+
+// The size of the picture follows from the number of rows.
+Picture paint(const SwitcherPanelView& view, const StageStyle& style);
+
+} // namespace karto

@@ -1,0 +1,24 @@
+#include "KartoCore/SwitcherPanelLayout.h"
+
+#include <algorithm>
+
+namespace karto::SwitcherPanelLayout {
+
+namespace {
+
+// Where a length starts that is centred on a position, without leaving the range from lower to upper.
+double centred(double position, double length, double lower, double upper) {
+    return std::max(lower, std::min(position - length / 2, upper - length));
+}
+
+} // namespace
+
+Rect frame(int rowCount, const Rect& zone, const Rect& display) {
+    const double height = rowCount * rowHeight + 2 * verticalPadding;
+    return {.x = centred(zone.center().x, width, display.x, display.maxX()),
+            .y = centred(zone.center().y, height, display.y, display.maxY()),
+            .width = width,
+            .height = height};
+}
+
+} // namespace karto::SwitcherPanelLayout
