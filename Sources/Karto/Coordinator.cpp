@@ -59,13 +59,6 @@ std::string summarize(std::span<const std::string> names) {
     return fmt::format("{}", fmt::join(parts, ", "));
 }
 
-std::vector<Rect> frames(std::span<const DisplayInfo> displays) {
-    std::vector<Rect> frames;
-    frames.reserve(displays.size());
-    std::ranges::transform(displays, std::back_inserter(frames), &DisplayInfo::frame);
-    return frames;
-}
-
 std::vector<ResolvedZone> zonesOf(const DisplayInfo& display, std::span<const ResolvedZone> ring) {
     std::vector<ResolvedZone> zones;
     std::ranges::copy_if(ring, std::back_inserter(zones), [&](const ResolvedZone& zone) {

@@ -4,7 +4,9 @@
 #include "KartoCore/Geometry.h"
 #include "KartoCore/LayoutTree.h"
 
+#include <span>
 #include <string>
+#include <vector>
 
 namespace karto {
 
@@ -17,5 +19,7 @@ struct DisplayInfo {
 
     bool operator==(const DisplayInfo&) const = default;
 };
+
+std::vector<Rect> frames(std::span<const DisplayInfo> displays);
 
 } // namespace karto

@@ -1,6 +1,7 @@
 #include "KartoCore/OverlayAppearance.h"
 #include "KartoCore/OverlayDecision.h"
 #include "KartoCore/OverlayLayout.h"
+#include "KartoCore/SwitcherPanelLayout.h"
 #include "Support/Trees.h"
 
 #include <gtest/gtest.h>
@@ -83,6 +84,19 @@ TEST(OverlayLayout, aConfigurationErrorTakesThePlaceOfEverything) {
     const auto screens = OverlayLayout::build(ring, displays, 1, "config has no displays");
     ASSERT_EQ(screens.size(), 1U);
     EXPECT_EQ(screens[0].content, OverlayScreenContent("Config error: config has no displays"));
+}
+
+TEST(SwitcherPanelLayout, thePanelIsCentredOnItsZoneAndKeptOnItsDisplay) {
+    const Rect display = rectAt(100, 50, 1000, 600);
+    const auto panel = [&](const Rect& zone, int rows = 3) {
+        return SwitcherPanelLayout::frame(rows, zone, display);
+    };
+    EXPECT_EQ(panel(rectAt(300, 200, 500, 300)), rectAt(340, 291, 420, 118));
+    EXPECT_EQ(panel(rectAt(100, 50, 100, 100)), rectAt(100, 50, 420, 118));
+    EXPECT_EQ(panel(rectAt(1000, 550, 100, 100)), rectAt(680, 532, 420, 118));
+    EXPECT_EQ(panel(rectAt(1000, 550, 100, 100), 30), rectAt(680, 50, 420, 1036));
+    EXPECT_EQ(SwitcherPanelLayout::frame(3, rectAt(500, 0, 50, 90), rectAt(300, 0, 410, 100)),
+              rectAt(300, 0, 420, 118));
 }
 
 } // namespace

@@ -1,4 +1,5 @@
 #include "Karto/Adapters/ModifierMonitor.h"
+#include "Support/ManualScheduler.h"
 #include "Support/MemoryDesktop.h"
 
 #include <gmock/gmock.h>
@@ -10,7 +11,8 @@ namespace karto::testing {
 TEST(ModifierMonitor, reportsTheWholeSetAfterEveryChangeToTheFirstListener) {
     MemoryDesktop desktop;
     std::vector<ModifierSet> reported;
-    std::optional<ModifierMonitor> monitor(desktop);
+    ManualScheduler scheduler;
+    std::optional<ModifierMonitor> monitor(std::in_place, desktop, scheduler);
     monitor->start([&](ModifierSet held) { reported.push_back(held); });
     monitor->start([](ModifierSet) { ADD_FAILURE() << "the second listener was called"; });
     constexpr std::uint32_t capsLock = 0x10000;

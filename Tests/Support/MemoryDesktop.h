@@ -94,6 +94,8 @@ public:
     bool reportsModifiers = true;
     void hold(ModifierFlags flags);
 
+    void holdUnreported(ModifierFlags flags) { held_ = flags; }
+
     // Dialogs and standard output.
     std::vector<Alert> alerts;
     std::size_t answer = 0;

@@ -4,6 +4,20 @@
 
 namespace karto {
 
+std::vector<DisplayInfo> readDisplays(Screens& system) {
+    auto screens = system.screens();
+    const bool flipped = system.verticalAxis() == VerticalAxis::up;
+    std::vector<DisplayInfo> displays;
+    displays.reserve(screens.size());
+    for (Screen& screen : screens) {
+        displays.push_back({.name = std::move(screen.name),
+                            .frame = flipped
+                                         ? DisplayRegistry::flip(screen.visibleFrame, screens.front().frame)
+                                         : screen.visibleFrame});
+    }
+    return displays;
+}
+
 DisplayRegistry::DisplayRegistry(Screens& screens)
     : screens_(screens) {
     changes_ = screens_.observeChanges(callbacks_.wrap([this] { cache_.reset(); }));
@@ -11,26 +25,13 @@ DisplayRegistry::DisplayRegistry(Screens& screens)
 
 const std::vector<DisplayInfo>& DisplayRegistry::displays() {
     if (!cache_) {
-        cache_ = readDisplays();
+        cache_ = readDisplays(screens_);
     }
     return *cache_;
 }
 
 Rect DisplayRegistry::flip(const Rect& rect, const Rect& primaryScreen) {
     return {.x = rect.x, .y = primaryScreen.maxY() - rect.maxY(), .width = rect.width, .height = rect.height};
-}
-
-std::vector<DisplayInfo> DisplayRegistry::readDisplays() const {
-    auto screens = screens_.screens();
-    const bool flipped = screens_.verticalAxis() == VerticalAxis::up;
-    std::vector<DisplayInfo> displays;
-    displays.reserve(screens.size());
-    for (Screen& screen : screens) {
-        displays.push_back(
-            {.name = std::move(screen.name),
-             .frame = flipped ? flip(screen.visibleFrame, screens.front().frame) : screen.visibleFrame});
-    }
-    return displays;
 }
 
 } // namespace karto

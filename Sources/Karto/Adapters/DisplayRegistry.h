@@ -11,6 +11,9 @@
 
 namespace karto {
 
+// The screens as displays, read now.
+std::vector<DisplayInfo> readDisplays(Screens& screens);
+
 class DisplayRegistry final : public DisplayProviding {
 public:
     explicit DisplayRegistry(Screens& screens);
@@ -21,8 +24,6 @@ public:
     static Rect flip(const Rect& rect, const Rect& primaryScreen);
 
 private:
-    [[nodiscard]] std::vector<DisplayInfo> readDisplays() const;
-
     Screens& screens_;
     std::optional<std::vector<DisplayInfo>> cache_;
     Registration changes_;

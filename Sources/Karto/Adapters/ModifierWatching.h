@@ -13,6 +13,9 @@ public:
 
     // Reports the whole set now held, first after the first change. A second start does nothing.
     virtual void start(std::function<void(ModifierSet)> onChange) = 0;
+
+    // The set held now.
+    virtual ModifierSet held() = 0;
 };
 
 } // namespace karto

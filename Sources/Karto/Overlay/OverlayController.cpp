@@ -1,0 +1,225 @@
+#include "Karto/Overlay/OverlayController.h"
+
+#include "Karto/Adapters/DisplayRegistry.h"
+#include "KartoCore/ZoneResolver.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <algorithm>
+#include <chrono>
+#include <cstddef>
+#include <ranges>
+#include <utility>
+#include <variant>
+
+namespace karto {
+
+namespace {
+
+std::chrono::milliseconds delayOf(const OverlayAppearance& appearance) {
+    return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(appearance.delay));
+}
+
+OverlayAppearance appearanceOf(const KartoConfig* config) {
+    return config != nullptr ? config->overlayAppearance().value_or(OverlayAppearance{})
+                             : OverlayAppearance{};
+}
+
+std::vector<OverlayScreen> screensOf(const KartoConfig* config, std::span<const DisplayInfo> displays,
+                                     const std::optional<std::string>& configError) {
+    if (config == nullptr) {
+        return OverlayLayout::build({}, displays, 0, configError);
+    }
+    const auto ring = ZoneResolver::resolve(*config, displays);
+    return OverlayLayout::build(ring, displays, static_cast<int>(config->zones().size()), configError);
+}
+
+void select(int order, std::vector<OverlayScreen>& screens) {
+    for (OverlayScreen& screen : screens) {
+        if (auto* const zones = std::get_if<OverlayZones>(&screen.content)) {
+            for (OverlayZone& zone : *zones) {
+                zone.isSelected = zone.isSelected || zone.number == order;
+            }
+        }
+    }
+}
+
+} // namespace
+
+OverlayController::OverlayController(const Services& services, OverlayPainter painter)
+    : services_(services)
+    , painter_(std::move(painter)) {}
+
+void OverlayController::start(ModifierWatching& modifiers) {
+    modifiers_ = &modifiers;
+    modifiers.start(callbacks_.wrap([this](ModifierSet held) { modifiersChanged(held); }));
+    screenChanges_ = services_.screens.observeChanges(callbacks_.wrap([this] { screensChanged(); }));
+    activityChanges_ =
+        services_.activity.observe(callbacks_.wrap([this](bool isActive) { activityChanged(isActive); }));
+    styleChanges_ = services_.stage.observeStyleChanges(callbacks_.wrap([this] { repaint(); }));
+}
+
+void OverlayController::modifiersChanged(ModifierSet held) {
+    if (preview_) {
+        return;
+    }
+    lastHeld_ = held;
+    decide(false);
+}
+
+void OverlayController::decide(bool delayElapsed) {
+    using enum OverlayDecision;
+    switch (OverlayGate::decide(lastHeld_, services_.config.hotkeyModifiers(),
+                                {.isShowing = isShowing_, .delayElapsed = delayElapsed})) {
+    case show: this->show(); break;
+    case hide: this->hide(); break;
+    case armDelay: this->armDelay(); break;
+    case doNothing: break;
+    }
+}
+
+void OverlayController::armDelay() {
+    appearance_ = appearanceOf(services_.config.current().get());
+    pendingShow_ = services_.scheduler.after(delayOf(appearance_), callbacks_.wrap([this] {
+        if (!preview_) {
+            decide(true);
+        }
+    }));
+}
+
+void OverlayController::show() {
+    if (isShowing_) {
+        return;
+    }
+    const auto& config = services_.config;
+    rebuildWindows(screensOf(config.current().get(), services_.displays.displays(), config.lastError()));
+    for (const auto& window : windows_) {
+        window->orderFront();
+    }
+    isShowing_ = true;
+    services_.stage.present();
+}
+
+void OverlayController::hide() {
+    pendingShow_.reset();
+    for (const auto& window : windows_) {
+        window->orderOut();
+    }
+    orderedBelow_.reset();
+    isShowing_ = false;
+    services_.stage.present();
+}
+
+void OverlayController::beginPreview(WindowHandle previewWindow, ZoneClickHandler onZoneClick) {
+    preview_ = Preview{.window = previewWindow, .onZoneClick = std::move(onZoneClick)};
+    pendingShow_.reset();
+}
+
+void OverlayController::updatePreview(const KartoConfig& config, std::optional<int> selectedZoneOrder) {
+    if (!preview_) {
+        return;
+    }
+    appearance_ = appearanceOf(&config);
+    auto screens = screensOf(&config, services_.displays.displays(), std::nullopt);
+    if (selectedZoneOrder) {
+        select(*selectedZoneOrder, screens);
+    }
+    rebuildWindows(std::move(screens));
+    if (orderedBelow_ != preview_->window) {
+        for (const auto& window : windows_) {
+            window->orderBelow(preview_->window);
+        }
+        orderedBelow_ = preview_->window;
+    }
+    isShowing_ = true;
+    services_.stage.present();
+}
+
+void OverlayController::endPreview() {
+    preview_.reset();
+    hide();
+    if (modifiers_ != nullptr) {
+        modifiersChanged(modifiers_->held());
+    }
+}
+
+void OverlayController::screensChanged() {
+    if (!preview_) {
+        hide();
+    }
+}
+
+void OverlayController::activityChanged(bool isActive) {
+    for (const auto& window : windows_) {
+        window->setAppActive(isActive);
+    }
+    services_.stage.present();
+}
+
+void OverlayController::repaint() {
+    // A hidden overlay is painted anew when it is shown.
+    if (isShowing_) {
+        fill();
+        services_.stage.present();
+    }
+}
+
+void OverlayController::rebuildWindows(std::vector<OverlayScreen> screens) {
+    screens_ = std::move(screens);
+    if (!std::ranges::equal(screens_, windowDisplays_, {}, &OverlayScreen::display)) {
+        createWindows();
+    }
+    fill();
+}
+
+void OverlayController::createWindows() {
+    windows_.clear();
+    windowDisplays_.clear();
+    orderedBelow_.reset();
+    const auto systemScreens = readDisplays(services_.screens);
+    std::vector<bool> isTaken(systemScreens.size());
+    std::vector<OverlayScreen> matched;
+    for (OverlayScreen& screen : screens_) {
+        // Displays that share a name take different screens, in the system's order.
+        const auto indices = std::views::iota(std::size_t{0}, systemScreens.size());
+        const auto index = std::ranges::find_if(indices, [&](std::size_t each) {
+            return !isTaken[each] && systemScreens[each].name == screen.display.name;
+        });
+        if (index == indices.end()) {
+            logUnmatched(screen.display, systemScreens);
+            continue;
+        }
+        isTaken[*index] = true;
+        windows_.push_back(std::make_unique<OverlayWindow>(
+            services_.stage, painter_, systemScreens[*index].frame, services_.activity.isActive()));
+        windowDisplays_.push_back(screen.display);
+        matched.push_back(std::move(screen));
+    }
+    screens_ = std::move(matched);
+}
+
+void OverlayController::fill() {
+    for (std::size_t index = 0; index < windows_.size(); ++index) {
+        OverlayWindow& window = *windows_[index];
+        const auto& [display, content] = screens_[index];
+        window.setPreview(preview_.has_value());
+        window.setZoneTapHandler([this, display](std::optional<int> number) {
+            if (preview_) {
+                // The handler may end the preview.
+                const auto onZoneClick = preview_->onZoneClick;
+                onZoneClick(display, number);
+            }
+        });
+        window.setView({.content = content, .displayFrame = display.frame, .appearance = appearance_});
+    }
+}
+
+void OverlayController::logUnmatched(const DisplayInfo& display, std::span<const DisplayInfo> systemScreens) {
+    services_.log.append(fmt::format(
+        "overlay: no NSScreen matched display \"{}\" — NSScreen.screens reports [{}], nothing drawn on this "
+        "display",
+        display.name, fmt::join(systemScreens | std::views::transform(&DisplayInfo::name), ", ")));
+}
+
+} // namespace karto

@@ -1,0 +1,96 @@
+#pragma once
+// Puts the overlay on the displays: while the hyper combination is held, after its delay, or as a preview
+// directly below another window of this program, where zones can be clicked.
+
+#include "Karto/Adapters/ConfigProviding.h"
+#include "Karto/Adapters/DisplayProviding.h"
+#include "Karto/Adapters/ModifierWatching.h"
+#include "Karto/Log.h"
+#include "Karto/Overlay/OverlayWindow.h"
+#include "Karto/Platform/ApplicationActivity.h"
+#include "Karto/Platform/OverlayStage.h"
+#include "Karto/Platform/Registration.h"
+#include "Karto/Platform/Scheduler.h"
+#include "Karto/Platform/Screens.h"
+#include "Karto/Platform/WeakCallbacks.h"
+#include "KartoCore/Config.h"
+#include "KartoCore/OverlayDecision.h"
+#include "KartoCore/OverlayLayout.h"
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace karto {
+
+class OverlayController {
+public:
+    // All of them outlive the controller.
+    struct Services {
+        const ConfigProviding& config;
+        DisplayProviding& displays;
+        Screens& screens;
+        OverlayStage& stage;
+        ApplicationActivity& activity;
+        Scheduler& scheduler;
+        CheckLog& log;
+    };
+
+    // Hears the display that was clicked on, and the number of the zone or none.
+    using ZoneClickHandler = std::function<void(const DisplayInfo&, std::optional<int>)>;
+
+    OverlayController(const Services& services, OverlayPainter painter);
+
+    // Follows the modifiers held from now on; once.
+    void start(ModifierWatching& modifiers);
+
+    // Until endPreview(), modifiers and changes of the screens are ignored. Nothing shows before
+    // updatePreview().
+    void beginPreview(WindowHandle previewWindow, ZoneClickHandler onZoneClick);
+    // Shows a configuration, which need not be the one in force, below the preview's window. Nothing without
+    // a preview.
+    void updatePreview(const KartoConfig& config, std::optional<int> selectedZoneOrder);
+    void endPreview();
+
+private:
+    struct Preview {
+        WindowHandle window;
+        ZoneClickHandler onZoneClick;
+    };
+
+    void modifiersChanged(ModifierSet held);
+    void decide(bool delayElapsed);
+    void armDelay();
+    void show();
+    void hide();
+    void screensChanged();
+    void activityChanged(bool isActive);
+    void repaint();
+    void rebuildWindows(std::vector<OverlayScreen> screens);
+    void createWindows();
+    void fill();
+    void logUnmatched(const DisplayInfo& display, std::span<const DisplayInfo> systemScreens);
+
+    Services services_;
+    OverlayPainter painter_;
+    ModifierWatching* modifiers_ = nullptr;
+    // What is to be shown, and the windows that show it: one for each display that has a screen.
+    std::vector<OverlayScreen> screens_;
+    std::vector<std::unique_ptr<OverlayWindow>> windows_;
+    std::vector<DisplayInfo> windowDisplays_;
+    bool isShowing_ = false;
+    Registration pendingShow_;
+    // The window that the overlay was last ordered below.
+    std::optional<WindowHandle> orderedBelow_;
+    OverlayAppearance appearance_;
+    ModifierSet lastHeld_;
+    std::optional<Preview> preview_;
+    Registration screenChanges_;
+    Registration styleChanges_;
+    Registration activityChanges_;
+    WeakCallbacks callbacks_;
+};
+
+} // namespace karto

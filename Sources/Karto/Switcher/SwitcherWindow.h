@@ -1,0 +1,37 @@
+#pragma once
+// The switcher's panel: one window above the overlay that lets clicks through, hidden and empty at first.
+
+#include "Karto/Platform/OverlayStage.h"
+#include "Karto/Platform/Registration.h"
+#include "Karto/Switcher/SwitcherPanelView.h"
+
+#include <functional>
+#include <memory>
+
+namespace karto {
+
+using SwitcherPainter = std::function<Picture(const SwitcherPanelView&, const StageStyle&)>;
+
+class SwitcherWindow {
+public:
+    SwitcherWindow(OverlayStage& stage, SwitcherPainter painter);
+
+    // Pixels to a point of the panel.
+    [[nodiscard]] double scale() const { return stage_.style().scale; }
+
+    // Brings the panel to the front. frame: global points.
+    void show(SwitcherPanelView view, const Rect& frame);
+    void orderOut();
+
+private:
+    void paint();
+
+    OverlayStage& stage_;
+    SwitcherPainter painter_;
+    std::unique_ptr<BorderlessWindow> window_;
+    SwitcherPanelView view_;
+    bool isShown_ = false;
+    Registration styleChanges_;
+};
+
+} // namespace karto
