@@ -10,6 +10,7 @@
 namespace karto::x11 {
 
 struct Atoms {
+    xcb_atom_t comptonShadow = XCB_ATOM_NONE;
     xcb_atom_t gtkFrameExtents = XCB_ATOM_NONE;
     xcb_atom_t kartoAgent = XCB_ATOM_NONE;
     xcb_atom_t kdeNetWmWindowTypeOverride = XCB_ATOM_NONE;
@@ -22,6 +23,7 @@ struct Atoms {
     xcb_atom_t netRestackWindow = XCB_ATOM_NONE;
     xcb_atom_t netSupported = XCB_ATOM_NONE;
     xcb_atom_t netSupportingWmCheck = XCB_ATOM_NONE;
+    xcb_atom_t netWmBypassCompositor = XCB_ATOM_NONE;
     xcb_atom_t netWmDesktop = XCB_ATOM_NONE;
     xcb_atom_t netWmIcon = XCB_ATOM_NONE;
     xcb_atom_t netWmName = XCB_ATOM_NONE;
@@ -37,6 +39,7 @@ struct Atoms {
     xcb_atom_t netWmStrutPartial = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowType = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowTypeDesktop = XCB_ATOM_NONE;
+    xcb_atom_t netWmWindowTypeDnd = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowTypeDock = XCB_ATOM_NONE;
     xcb_atom_t netWmWindowTypeNormal = XCB_ATOM_NONE;
     xcb_atom_t netWorkarea = XCB_ATOM_NONE;
@@ -49,6 +52,7 @@ struct Atoms {
 using AtomName = std::pair<xcb_atom_t Atoms::*, std::string_view>;
 
 inline constexpr std::array atomNames{
+    AtomName{&Atoms::comptonShadow, "_COMPTON_SHADOW"},
     AtomName{&Atoms::gtkFrameExtents, "_GTK_FRAME_EXTENTS"},
     AtomName{&Atoms::kartoAgent, "_KARTO_AGENT"},
     AtomName{&Atoms::kdeNetWmWindowTypeOverride, "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE"},
@@ -61,6 +65,7 @@ inline constexpr std::array atomNames{
     AtomName{&Atoms::netRestackWindow, "_NET_RESTACK_WINDOW"},
     AtomName{&Atoms::netSupported, "_NET_SUPPORTED"},
     AtomName{&Atoms::netSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK"},
+    AtomName{&Atoms::netWmBypassCompositor, "_NET_WM_BYPASS_COMPOSITOR"},
     AtomName{&Atoms::netWmDesktop, "_NET_WM_DESKTOP"},
     AtomName{&Atoms::netWmIcon, "_NET_WM_ICON"},
     AtomName{&Atoms::netWmName, "_NET_WM_NAME"},
@@ -76,6 +81,7 @@ inline constexpr std::array atomNames{
     AtomName{&Atoms::netWmStrutPartial, "_NET_WM_STRUT_PARTIAL"},
     AtomName{&Atoms::netWmWindowType, "_NET_WM_WINDOW_TYPE"},
     AtomName{&Atoms::netWmWindowTypeDesktop, "_NET_WM_WINDOW_TYPE_DESKTOP"},
+    AtomName{&Atoms::netWmWindowTypeDnd, "_NET_WM_WINDOW_TYPE_DND"},
     AtomName{&Atoms::netWmWindowTypeDock, "_NET_WM_WINDOW_TYPE_DOCK"},
     AtomName{&Atoms::netWmWindowTypeNormal, "_NET_WM_WINDOW_TYPE_NORMAL"},
     AtomName{&Atoms::netWorkarea, "_NET_WORKAREA"},

@@ -53,7 +53,8 @@ std::string Connection::displayName() {
 }
 
 Connection::Connection(xcb_connection_t* connection, int screenNumber)
-    : connection_(connection) {
+    : connection_(connection)
+    , screenNumber_(screenNumber) {
     // The answers are here before those for the atoms.
     for (xcb_extension_t* extension : extensions) {
         xcb_prefetch_extension_data(connection, extension);

@@ -58,6 +58,10 @@ public:
 
     [[nodiscard]] xcb_connection_t* get() const { return connection_.get(); }
 
+    [[nodiscard]] const xcb_screen_t& screen() const { return *screen_; }
+
+    [[nodiscard]] int screenNumber() const { return screenNumber_; }
+
     [[nodiscard]] xcb_window_t root() const { return screen_->root; }
 
     [[nodiscard]] const Atoms& atoms() const { return atoms_; }
@@ -126,6 +130,7 @@ private:
     void applySelection(xcb_window_t window, std::uint32_t before) const;
 
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
+    int screenNumber_ = 0;
     const xcb_screen_t* screen_ = nullptr;
     Atoms atoms_;
     bool knowsProcesses_ = false;

@@ -36,6 +36,20 @@ bool WindowManager::awaitAlive(Deadline deadline) {
 
 bool WindowManager::supports(xcb_atom_t feature) { return alive() && supported_.contains(feature); }
 
+std::string WindowManager::name() {
+    if (!alive()) {
+        return "";
+    }
+    constexpr std::uint32_t longestName = 64;
+    const auto& atoms = connection_.atoms();
+    return text(
+        connection_
+            .await<xcb_get_property_reply_t>(
+                requestProperty(connection_, checkWindow_, atoms.netWmName, atoms.utf8String, longestName),
+                deadlineFromNow())
+            .get());
+}
+
 Registration WindowManager::observeChanges(std::function<void(bool)> onChange) {
     onChange_ = std::move(onChange);
     return Registration(callbacks_.wrap([this] { onChange_ = nullptr; }));

@@ -8,6 +8,7 @@
 #include <functional>
 #include <optional>
 #include <set>
+#include <string>
 #include <vector>
 
 namespace karto::x11 {
@@ -23,6 +24,9 @@ public:
     bool awaitAlive(Deadline deadline);
 
     bool supports(xcb_atom_t feature);
+
+    // What it calls itself; empty when there is none.
+    std::string name();
 
     // Called when the window manager went away, and when one came.
     [[nodiscard]] Registration observeChanges(std::function<void(bool alive)> onChange);

@@ -1,0 +1,48 @@
+#pragma once
+// How a picture gets into a window with as few pixels painted as can be, and which pixels it has at all.
+
+#include "Karto/Platform/Picture.h"
+
+#include <cstdint>
+#include <memory>
+#include <variant>
+#include <vector>
+
+namespace karto::x11 {
+
+// 0xAARRGGBB, premultiplied.
+using Pixel = std::uint32_t;
+// An even colour, or an image repeated from the top left of an area on.
+using Paint = std::variant<Pixel, std::shared_ptr<const Image>>;
+
+enum class Blend : std::uint8_t {
+    // The paint takes the place of what is there.
+    replace,
+    over,
+};
+
+struct PaintStep {
+    Paint paint;
+    Blend blend = Blend::over;
+    std::vector<PixelRect> areas;
+};
+
+struct PaintPlan {
+    // What the whole window is filled with before the first step.
+    Pixel background = 0;
+    std::vector<PaintStep> steps;
+};
+
+enum class Background : std::uint8_t {
+    transparent,
+    // The colour that fills most of the picture, where one does: it then need not be painted.
+    prevailing,
+};
+
+// Tiles that show nothing are left out.
+PaintPlan planPainting(const Picture& picture, int width, int height, Background background);
+
+// The pixels whose alpha is at least one half. The areas may overlap.
+std::vector<PixelRect> opaqueArea(const Picture& picture);
+
+} // namespace karto::x11

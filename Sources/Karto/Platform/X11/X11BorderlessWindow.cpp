@@ -1,0 +1,223 @@
+#include "Karto/Platform/X11/X11BorderlessWindow.h"
+
+#include "Karto/Platform/X11/PaintPlan.h"
+#include "Karto/Platform/X11/PixelArea.h"
+#include "Karto/Platform/X11/WindowPlacer.h"
+
+#include <cmath>
+#include <utility>
+
+namespace karto::x11 {
+
+namespace {
+
+constexpr std::uint8_t mainButton = 1;
+// A hand trembles while it clicks.
+constexpr double mostTremble = 4;
+
+PixelRect pixelArea(const Rect& frame) {
+    const auto area = clientAreaFor(frame, {});
+    return {.x = area.x, .y = area.y, .width = area.width, .height = area.height};
+}
+
+} // namespace
+
+X11BorderlessWindow::X11BorderlessWindow(StageShare& share, const Rect& frame)
+    : share_(share)
+    , area_(pixelArea(frame)) {}
+
+void X11BorderlessWindow::setFrame(const Rect& frame) {
+    const auto area = pixelArea(frame);
+    if (area == area_) {
+        return;
+    }
+    const bool isResized = area.width != area_.width || area.height != area_.height;
+    area_ = area;
+    isPlaced_ = false;
+    isPlanned_ = isPlanned_ && !isResized;
+    isShaped_ = isShaped_ && !isResized && cuts_.empty();
+}
+
+void X11BorderlessWindow::setPicture(Picture picture) {
+    picture_ = std::move(picture);
+    isPlanned_ = false;
+}
+
+Registration X11BorderlessWindow::observeClicks(std::function<void(Point)> onClick) {
+    return clicks_->add(std::move(onClick));
+}
+
+void X11BorderlessWindow::prepare() {
+    if (isHidden()) {
+        return;
+    }
+    if (!surface_) {
+        const auto& formats = share_.formats;
+        surface_.emplace(share_.connection, area_,
+                         share_.isTranslucent ? *formats.translucent : formats.opaque);
+        isPlaced_ = isPlanned_ = isShaped_ = false;
+    }
+    if (takesMouse() && !mouseTaker_) {
+        mouseTaker_.emplace(share_.connection, area_);
+        isPlaced_ = isShaped_ = false;
+    }
+    if (!isPlanned_) {
+        plan();
+    }
+}
+
+void X11BorderlessWindow::plan() {
+    auto plan = planPainting(picture_, area_.width, area_.height,
+                             share_.isTranslucent ? Background::prevailing : Background::transparent);
+    Surface::Images images;
+    for (const auto& step : plan.steps) {
+        if (const auto* image = std::get_if<std::shared_ptr<const Image>>(&step.paint)) {
+            images.emplace(image->get(), share_.images.use(*image));
+        }
+    }
+    surface_->setPlan(std::move(plan), std::move(images));
+    if (!share_.isTranslucent) {
+        opaqueArea_ = opaqueArea(picture_);
+        isShaped_ = false;
+    }
+    isPlanned_ = true;
+    isPainted_ = false;
+}
+
+void X11BorderlessWindow::arrange() {
+    if (!takesMouse() && mouseTaker_) {
+        mouseTaker_->hide();
+        pressed_.reset();
+    }
+    if (!std::holds_alternative<Below>(standing_)) {
+        cutOut({});
+    }
+    if (isHidden()) {
+        if (surface_) {
+            surface_->window().hide();
+        }
+        isPainted_ = false;
+        return;
+    }
+    if (!isPlaced_) {
+        surface_->window().place(area_);
+        if (mouseTaker_) {
+            mouseTaker_->place(area_);
+        }
+        isPlaced_ = true;
+    }
+    if (!isShaped_) {
+        applyShape();
+    }
+}
+
+void X11BorderlessWindow::applyShape() {
+    isShaped_ = true;
+    const std::vector<PixelRect> whole{{.x = 0, .y = 0, .width = area_.width, .height = area_.height}};
+    const auto cutDown = [this](const StageWindow& window, std::vector<PixelRect> areas) {
+        for (auto cut : cuts_) {
+            cut.x -= area_.x;
+            cut.y -= area_.y;
+            areas = without(areas, cut);
+        }
+        window.cutDownTo(areas);
+    };
+    if (!share_.isTranslucent) {
+        cutDown(surface_->window(), opaqueArea_);
+    } else if (cuts_.empty()) {
+        surface_->window().makeWhole();
+    } else {
+        cutDown(surface_->window(), whole);
+    }
+    if (!mouseTaker_) {
+        return;
+    }
+    if (cuts_.empty()) {
+        mouseTaker_->makeWhole();
+    } else {
+        cutDown(*mouseTaker_, whole);
+    }
+}
+
+void X11BorderlessWindow::show() {
+    if (isHidden()) {
+        return;
+    }
+    surface_->show();
+    if (takesMouse()) {
+        mouseTaker_->show();
+    }
+}
+
+void X11BorderlessWindow::paint() {
+    if (!isHidden() && !isPainted_) {
+        surface_->paint();
+        isPainted_ = true;
+    }
+}
+
+std::vector<xcb_window_t> X11BorderlessWindow::windows() const {
+    std::vector<xcb_window_t> result;
+    if (takesMouse() && mouseTaker_) {
+        result.push_back(mouseTaker_->id());
+    }
+    if (!isHidden() && surface_) {
+        result.push_back(surface_->id());
+    }
+    return result;
+}
+
+void X11BorderlessWindow::cutOut(const std::vector<PixelRect>& areas) {
+    if (areas == cuts_) {
+        return;
+    }
+    cuts_ = areas;
+    if (surface_) {
+        applyShape();
+    }
+}
+
+void X11BorderlessWindow::rebuild() { surface_.reset(); }
+
+bool X11BorderlessWindow::handle(const xcb_generic_event_t& event) {
+    switch (eventCode(event)) {
+    case XCB_EXPOSE: return handleExposure(event);
+    case XCB_BUTTON_PRESS: return handleButton(eventAs<xcb_button_press_event_t>(event), true);
+    case XCB_BUTTON_RELEASE: return handleButton(eventAs<xcb_button_press_event_t>(event), false);
+    default: return false;
+    }
+}
+
+bool X11BorderlessWindow::handleExposure(const xcb_generic_event_t& event) {
+    const auto& exposure = eventAs<xcb_expose_event_t>(event);
+    if (!surface_ || exposure.window != surface_->id()) {
+        return false;
+    }
+    // The last one of several speaks for all.
+    if (exposure.count == 0 && isPainted_ && surface_->isLost(event)) {
+        surface_->paint();
+    }
+    return true;
+}
+
+bool X11BorderlessWindow::handleButton(const xcb_button_press_event_t& button, bool isPressed) {
+    if (!mouseTaker_ || button.event != mouseTaker_->id()) {
+        return false;
+    }
+    if (button.detail != mainButton) {
+        return true;
+    }
+    const Point point{.x = static_cast<double>(button.event_x), .y = static_cast<double>(button.event_y)};
+    if (isPressed) {
+        pressed_ = point;
+        return true;
+    }
+    const auto pressed = std::exchange(pressed_, std::nullopt);
+    if (pressed && std::hypot(point.x - pressed->x, point.y - pressed->y) <= mostTremble) {
+        const auto clicks = clicks_;
+        clicks->notify(*pressed);
+    }
+    return true;
+}
+
+} // namespace karto::x11

@@ -1,0 +1,127 @@
+#pragma once
+// A window of the stage: what is asked of it, and how it stands on the server.
+// What shows lets the mouse through always; a window that takes the mouse has a second one above it,
+// invisible and just as large, so that clicks arrive also where the first is cut away.
+
+#include "Karto/Platform/Observers.h"
+#include "Karto/Platform/OverlayStage.h"
+#include "Karto/Platform/WeakCallbacks.h"
+#include "Karto/Platform/X11/Connection.h"
+#include "Karto/Platform/X11/RenderFormats.h"
+#include "Karto/Platform/X11/ServerImages.h"
+#include "Karto/Platform/X11/StageWindow.h"
+#include "Karto/Platform/X11/Surface.h"
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace karto::x11 {
+
+// What the windows of one stage share.
+struct StageShare {
+    Connection& connection;
+    RenderFormats formats;
+    ServerImages images;
+    bool isTranslucent = false;
+    // How often a window was brought to the front.
+    std::uint64_t turns = 0;
+};
+
+class X11BorderlessWindow final : public BorderlessWindow {
+public:
+    struct Hidden {};
+
+    struct InFront {
+        // Of two windows of one level, the later one is in front.
+        std::uint64_t turn = 0;
+    };
+
+    struct Below {
+        WindowHandle window;
+    };
+
+    using Standing = std::variant<Hidden, InFront, Below>;
+
+    X11BorderlessWindow(StageShare& share, const Rect& frame);
+
+    void setFrame(const Rect& frame) override;
+
+    void setLevel(StageLevel level) override { level_ = level; }
+
+    void setIgnoresMouse(bool ignoresMouse) override { ignoresMouse_ = ignoresMouse; }
+
+    void setPicture(Picture picture) override;
+
+    void orderFront() override { standing_ = InFront{.turn = ++share_.turns}; }
+
+    void orderBelow(WindowHandle window) override { standing_ = Below{.window = window}; }
+
+    void orderOut() override { standing_ = Hidden{}; }
+
+    Registration observeClicks(std::function<void(Point)> onClick) override;
+
+    // The stage takes its windows through these together, one step after the other.
+    // Sends whatever takes long; nothing of it can be seen.
+    void prepare();
+    // Brings what is shown into place and shape, and hides what is not.
+    void arrange();
+    void show();
+    void paint();
+
+    [[nodiscard]] const Standing& standing() const { return standing_; }
+
+    [[nodiscard]] StageLevel level() const { return level_; }
+
+    // From the top down; none while hidden.
+    [[nodiscard]] std::vector<xcb_window_t> windows() const;
+
+    // Takes areas of the root out of the window, until told otherwise.
+    void cutOut(const std::vector<PixelRect>& areas);
+    // To be called when the share's translucency has changed.
+    void rebuild();
+    // Whether the event was one of this window; it may have ended the window.
+    bool handle(const xcb_generic_event_t& event);
+
+    // Lasts as long as the window.
+    void keep(Registration registration) { kept_ = std::move(registration); }
+
+private:
+    [[nodiscard]] bool isHidden() const { return std::holds_alternative<Hidden>(standing_); }
+
+    [[nodiscard]] bool takesMouse() const { return !isHidden() && !ignoresMouse_; }
+
+    void plan();
+    void applyShape();
+    bool handleExposure(const xcb_generic_event_t& event);
+    bool handleButton(const xcb_button_press_event_t& button, bool isPressed);
+
+    StageShare& share_;
+    PixelRect area_;
+    StageLevel level_ = StageLevel::floating;
+    bool ignoresMouse_ = true;
+    Picture picture_;
+    Standing standing_;
+    std::vector<PixelRect> cuts_;
+
+    // Both absent until they are needed.
+    std::optional<Surface> surface_;
+    std::optional<StageWindow> mouseTaker_;
+    // All that is there while the desktop is not translucent.
+    std::vector<PixelRect> opaqueArea_;
+    bool isPlaced_ = false;
+    bool isPlanned_ = false;
+    bool isShaped_ = false;
+    bool isPainted_ = false;
+    std::optional<Point> pressed_;
+    // Outlives the window while it tells of a click.
+    std::shared_ptr<Observers<Point>> clicks_ = std::make_shared<Observers<Point>>();
+    Registration kept_;
+};
+
+} // namespace karto::x11

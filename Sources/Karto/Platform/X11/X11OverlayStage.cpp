@@ -1,0 +1,115 @@
+#include "Karto/Platform/X11/X11OverlayStage.h"
+
+#include <algorithm>
+#include <tuple>
+#include <utility>
+#include <variant>
+
+namespace karto::x11 {
+
+X11OverlayStage::X11OverlayStage(Connection& connection, WindowManager& manager, DesktopTheme& theme,
+                                 Scheduler& scheduler)
+    : connection_(connection)
+    , theme_(theme)
+    , formats_(readRenderFormats(connection))
+    , share_{.connection = connection,
+             .formats = formats_.value_or(RenderFormats()),
+             .images = ServerImages(connection, formats_ ? formats_->image : 0)}
+    , order_(connection, manager, scheduler,
+             [this](WindowHandle above, const std::vector<PixelRect>& areas) { cutOut(above, areas); })
+    , themeChanges_(theme.observeChanges([this] { styleObservers_.notify(); })) {
+    if (!formats_) {
+        return;
+    }
+    compositor_.emplace(connection, [this] { followCompositor(); });
+    share_.isTranslucent = compositor_->isRunning() && formats_->translucent;
+    events_ = connection.observe([this](const xcb_generic_event_t& event) {
+        std::ignore = std::ranges::any_of(windows_, [&](auto* window) { return window->handle(event); });
+    });
+}
+
+std::unique_ptr<BorderlessWindow> X11OverlayStage::createWindow(const Rect& frame) {
+    auto window = std::make_unique<X11BorderlessWindow>(share_, frame);
+    windows_.push_back(window.get());
+    window->keep(Registration(callbacks_.wrap([this, gone = window.get()] { std::erase(windows_, gone); })));
+    return window;
+}
+
+void X11OverlayStage::present() {
+    if (!formats_) {
+        return;
+    }
+    for (auto* window : windows_) {
+        window->prepare();
+    }
+    order_.want(wantedOrder());
+    // Nobody, the compositor least of all, is to see some of it without the rest.
+    xcb_grab_server(connection_.get());
+    for (auto* window : windows_) {
+        window->arrange();
+    }
+    order_.restack();
+    for (auto* window : windows_) {
+        window->show();
+    }
+    for (auto* window : windows_) {
+        window->paint();
+    }
+    xcb_ungrab_server(connection_.get());
+    connection_.flush();
+}
+
+StageOrder::Wanted X11OverlayStage::wantedOrder() const {
+    using InFront = X11BorderlessWindow::InFront;
+    using Below = X11BorderlessWindow::Below;
+    StageOrder::Wanted wanted{.front = {}, .below = {}, .isComposited = compositor_->isRunning()};
+    std::vector<const X11BorderlessWindow*> inFront;
+    for (const auto* window : windows_) {
+        if (std::holds_alternative<InFront>(window->standing())) {
+            inFront.push_back(window);
+        } else if (const auto* below = std::get_if<Below>(&window->standing())) {
+            auto& group = wanted.below[below->window];
+            std::ranges::copy(window->windows(), std::back_inserter(group));
+        }
+    }
+    std::ranges::sort(inFront, std::greater(), [](const auto* window) {
+        return std::pair(window->level(), std::get<InFront>(window->standing()).turn);
+    });
+    for (const auto* window : inFront) {
+        std::ranges::copy(window->windows(), std::back_inserter(wanted.front));
+    }
+    return wanted;
+}
+
+void X11OverlayStage::cutOut(WindowHandle above, const std::vector<PixelRect>& areas) {
+    for (auto* window : windows_) {
+        const auto* below = std::get_if<X11BorderlessWindow::Below>(&window->standing());
+        if (below != nullptr && below->window == above) {
+            window->cutOut(areas);
+        }
+    }
+}
+
+StageStyle X11OverlayStage::style() const {
+    return {.scale = theme_.scale(), .accent = theme_.accent(), .isTranslucent = share_.isTranslucent};
+}
+
+Registration X11OverlayStage::observeStyleChanges(std::function<void()> onChange) {
+    return styleObservers_.add(std::move(onChange));
+}
+
+void X11OverlayStage::followCompositor() {
+    const bool isTranslucent = compositor_->isRunning() && formats_->translucent;
+    if (isTranslucent == share_.isTranslucent) {
+        return;
+    }
+    share_.isTranslucent = isTranslucent;
+    for (auto* window : windows_) {
+        window->rebuild();
+    }
+    // Whoever paints for the stage brings new pictures now; the windows are back in any case.
+    styleObservers_.notify();
+    present();
+}
+
+} // namespace karto::x11

@@ -1,0 +1,54 @@
+#pragma once
+// Borderless windows on X11. While a compositor runs they are translucent; otherwise they look like the rest
+// of the desktop and are cut down to what is opaque in their pictures.
+
+#include "Karto/Platform/DesktopTheme.h"
+#include "Karto/Platform/Observers.h"
+#include "Karto/Platform/OverlayStage.h"
+#include "Karto/Platform/Scheduler.h"
+#include "Karto/Platform/WeakCallbacks.h"
+#include "Karto/Platform/X11/CompositorWatch.h"
+#include "Karto/Platform/X11/Connection.h"
+#include "Karto/Platform/X11/StageOrder.h"
+#include "Karto/Platform/X11/WindowManager.h"
+#include "Karto/Platform/X11/X11BorderlessWindow.h"
+
+#include <optional>
+#include <vector>
+
+namespace karto::x11 {
+
+class X11OverlayStage final : public OverlayStage {
+public:
+    X11OverlayStage(Connection& connection, WindowManager& manager, DesktopTheme& theme,
+                    Scheduler& scheduler);
+
+    // The stage must outlive its windows.
+    std::unique_ptr<BorderlessWindow> createWindow(const Rect& frame) override;
+    void present() override;
+
+    [[nodiscard]] StageStyle style() const override;
+    Registration observeStyleChanges(std::function<void()> onChange) override;
+
+private:
+    void followCompositor();
+    // Out of the windows below that one; nothing out of windows below no other.
+    void cutOut(WindowHandle above, const std::vector<PixelRect>& areas);
+    [[nodiscard]] StageOrder::Wanted wantedOrder() const;
+
+    Connection& connection_;
+    DesktopTheme& theme_;
+    // Absent when the server lacks what the stage needs: nothing is ever shown then.
+    std::optional<RenderFormats> formats_;
+    StageShare share_;
+    std::optional<CompositorWatch> compositor_;
+    StageOrder order_;
+    // In the order of creation.
+    std::vector<X11BorderlessWindow*> windows_;
+    Observers<> styleObservers_;
+    Registration themeChanges_;
+    Registration events_;
+    WeakCallbacks callbacks_;
+};
+
+} // namespace karto::x11
