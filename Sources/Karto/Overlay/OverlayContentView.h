@@ -7,6 +7,8 @@
 #include "KartoCore/OverlayAppearance.h"
 #include "KartoCore/OverlayLayout.h"
 
+#include <memory>
+
 namespace karto {
 
 struct OverlayContentView {
@@ -18,6 +20,21 @@ struct OverlayContentView {
     bool operator==(const OverlayContentView&) const = default;
 };
 
-Picture paint(const OverlayContentView& view, const StageStyle& style);
+// Keeps the images of the last look, so that equal parts of pictures share them, on all displays and from
+// one picture to the next.
+class OverlayPainter {
+public:
+    OverlayPainter();
+    OverlayPainter(OverlayPainter&&) noexcept;
+    OverlayPainter& operator=(OverlayPainter&&) noexcept;
+    ~OverlayPainter();
+
+    Picture paint(const OverlayContentView& view, const StageStyle& style);
+
+private:
+    class ZonePainter;
+
+    std::unique_ptr<ZonePainter> zones_;
+};
 
 } // namespace karto

@@ -29,7 +29,22 @@ struct SwitcherPanelView {
     bool operator==(const SwitcherPanelView&) const = default;
 };
 
-// The size of the picture follows from the number of rows.
-Picture paint(const SwitcherPanelView& view, const StageStyle& style);
+// Keeps the images of the last rows: when the selection moves on, none of them is painted again.
+class SwitcherPainter {
+public:
+    // The size of the picture follows from the number of rows.
+    Picture paint(const SwitcherPanelView& view, const StageStyle& style);
+
+private:
+    std::shared_ptr<const Image> rowImage(std::size_t index, const SwitcherRow& row, double scale);
+
+    struct PaintedRow {
+        SwitcherRow row;
+        std::shared_ptr<const Image> image;
+    };
+
+    double scale_ = 0;
+    std::vector<PaintedRow> painted_;
+};
 
 } // namespace karto

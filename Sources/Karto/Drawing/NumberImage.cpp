@@ -1,0 +1,101 @@
+#include "Karto/Drawing/NumberImage.h"
+
+#include "Karto/Drawing/Blur.h"
+#include "Karto/Drawing/QtImages.h"
+
+#include <QPainter>
+#include <QPainterPath>
+
+#include <algorithm>
+#include <cmath>
+
+namespace karto::drawing {
+
+namespace {
+
+// Of the size of the figures.
+constexpr double blurOfSize = 0.04;
+constexpr double rimOfSize = 0.05;
+constexpr float haloGain = 1.6F;
+
+int blurRadius(const QFont& font) { return std::max(1, qRound(font.pixelSize() * blurOfSize)); }
+
+QPainterPath figures(int number, const QFont& font) {
+    QPainterPath path;
+    path.addText(0, 0, font, QString::number(number));
+    // Contours of one figure may overlap.
+    path.setFillRule(Qt::WindingFill);
+    return path;
+}
+
+// The same figures with all edges of their bounds on pixels, so that straight strokes there are sharp.
+QPainterPath onPixels(const QPainterPath& path, const QRect& ink) {
+    const auto bounds = path.boundingRect();
+    QTransform transform;
+    transform.translate(ink.x(), ink.y());
+    transform.scale(ink.width() / bounds.width(), ink.height() / bounds.height());
+    transform.translate(-bounds.x(), -bounds.y());
+    return transform.map(path);
+}
+
+// A halo has no details: a large one is made from a small image.
+QImage haloCoverage(const QPainterPath& path, QSize size, int radius) {
+    constexpr int sufficientRadius = 3;
+    const int reduction = std::max(1, radius / sufficientRadius);
+    QImage small = canvas((size + QSize(reduction - 1, reduction - 1)) / reduction);
+    QPainter painter(&small);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.scale(1.0 / reduction, 1.0 / reduction);
+    painter.fillPath(path, Qt::black);
+    const auto coverage = blurred(small, radius / reduction, haloGain);
+    return coverage.scaled(small.size() * reduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage withHalo(const QPainterPath& path, QSize size, const QFont& font, const NumberLook& look) {
+    QImage image = canvas(size);
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.fillRect(image.rect(), look.halo);
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
+    painter.drawImage(0, 0, haloCoverage(path, size, blurRadius(font)));
+    // The figures keep the colours that they would have without a halo.
+    painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
+    painter.fillPath(path, Qt::black);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
+    painter.fillPath(path, look.figures);
+    return image;
+}
+
+QImage withRim(const QPainterPath& path, QSize size, const QFont& font, const NumberLook& look) {
+    QImage image = canvas(size);
+    QPainter painter(&image);
+    auto rim = look.halo;
+    rim.setAlphaF(1);
+    const double width = 2 * std::max(1.5, font.pixelSize() * rimOfSize);
+    painter.strokePath(path, QPen(rim, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.fillPath(path, rim);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    painter.fillPath(path, look.figures);
+    return image;
+}
+
+} // namespace
+
+QSizeF numberExtent(int number, const QFont& font) {
+    const double margins = 2.0 * blurReach(blurRadius(font));
+    return figures(number, font).boundingRect().size() + QSizeF(margins, margins);
+}
+
+QImage numberImage(int number, const QFont& font, const NumberLook& look) {
+    const auto outlines = figures(number, font);
+    const auto bounds = outlines.boundingRect();
+    const int margin = blurReach(blurRadius(font));
+    const QRect ink(margin, margin, std::max(1, qRound(bounds.width())),
+                    std::max(1, qRound(bounds.height())));
+    const auto path = onPixels(outlines, ink);
+    const QSize size = ink.size() + QSize(2 * margin, 2 * margin);
+    return look.isTranslucent ? withHalo(path, size, font, look) : withRim(path, size, font, look);
+}
+
+} // namespace karto::drawing
