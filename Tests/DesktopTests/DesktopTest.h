@@ -34,7 +34,7 @@ inline bool fits(const Rect& frame, const Rect& wanted) {
            std::abs(frame.maxX() - wanted.maxX()) < 1 && std::abs(frame.maxY() - wanted.maxY()) < 1;
 }
 
-class DesktopTest : public testing::Test {
+class DesktopTest : public ::testing::Test {
 protected:
     explicit DesktopTest(const std::string& manager = "openbox") {
         desktop.startWindowManager(manager);
@@ -72,18 +72,18 @@ protected:
     }
 
     // The same for a change that reaches the program in its own time: pressed until the command fits.
-    testing::AssertionResult pressUntilFits(const std::string& key, const Application& window,
+    ::testing::AssertionResult pressUntilFits(const std::string& key, const Application& window,
                                             const Rect& wanted) {
         const bool fitted = eventually([&] {
             keys.chord(key);
             return eventually([&] { return fits(window.frame(), wanted); }, 300ms);
         });
-        return fitted ? testing::AssertionSuccess() : mismatch(window, wanted);
+        return fitted ? ::testing::AssertionSuccess() : mismatch(window, wanted);
     }
 
-    testing::AssertionResult takes(const Application& window, const Rect& wanted) {
+    ::testing::AssertionResult takes(const Application& window, const Rect& wanted) {
         const bool fitted = eventually([&] { return fits(window.frame(), wanted); }, 2s);
-        return fitted ? testing::AssertionSuccess() : mismatch(window, wanted);
+        return fitted ? ::testing::AssertionSuccess() : mismatch(window, wanted);
     }
 
     PrivateDesktop desktop;
@@ -93,16 +93,16 @@ protected:
     bool shouldSurvive = true;
 
 private:
-    static testing::AssertionResult mismatch(const Application& window, const Rect& wanted) {
+    static ::testing::AssertionResult mismatch(const Application& window, const Rect& wanted) {
         const Rect is = window.frame();
-        return testing::AssertionFailure()
+        return ::testing::AssertionFailure()
                << window.name() << " is at " << is.x << ", " << is.y << ", " << is.width << ", " << is.height
                << " instead of " << wanted.x << ", " << wanted.y << ", " << wanted.width << ", "
                << wanted.height;
     }
 };
 
-class ManagerTest : public DesktopTest, public testing::WithParamInterface<std::string> {
+class ManagerTest : public DesktopTest, public ::testing::WithParamInterface<std::string> {
 protected:
     ManagerTest()
         : DesktopTest(GetParam()) {}
@@ -119,8 +119,8 @@ inline std::vector<std::string> windowManagers() {
     return names;
 }
 
-inline const auto onEveryManager = testing::ValuesIn(windowManagers());
+inline const auto onEveryManager = ::testing::ValuesIn(windowManagers());
 
-inline std::string managerName(const testing::TestParamInfo<std::string>& info) { return info.param; }
+inline std::string managerName(const ::testing::TestParamInfo<std::string>& info) { return info.param; }
 
 } // namespace karto::desktop

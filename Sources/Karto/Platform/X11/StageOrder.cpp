@@ -14,6 +14,8 @@ namespace {
 
 // Windows mostly change places in bursts.
 constexpr std::chrono::milliseconds gatherTime{8};
+// Until what a window manager says about its windows has followed what it does to them.
+constexpr std::chrono::milliseconds settleTime{100};
 // So many corrections, and then peace until the desktop has been left alone for that long.
 constexpr int mostCorrections = 5;
 constexpr std::chrono::milliseconds calmTime{1000};
@@ -23,10 +25,18 @@ constexpr int mostLifts = 2;
 constexpr int deepestFrame = 8;
 constexpr std::uint32_t mostWindows = 4096;
 
-void stackBelow(const Connection& connection, xcb_window_t window, xcb_window_t sibling) {
-    const std::array<std::uint32_t, 2> values{sibling, XCB_STACK_MODE_BELOW};
+void stackBeside(const Connection& connection, xcb_window_t window, xcb_window_t sibling,
+                 xcb_stack_mode_t side) {
+    const std::array<std::uint32_t, 2> values{sibling, side};
     xcb_configure_window(connection.get(), window, XCB_CONFIG_WINDOW_SIBLING | XCB_CONFIG_WINDOW_STACK_MODE,
                          values.data());
+}
+
+// Each of these is given windows from the top down.
+void stackBelow(const Connection& connection, std::span<const xcb_window_t> windows, xcb_window_t sibling) {
+    for (const auto window : windows) {
+        stackBeside(connection, window, std::exchange(sibling, window), XCB_STACK_MODE_BELOW);
+    }
 }
 
 void stackInFront(const Connection& connection, std::span<const xcb_window_t> windows) {
@@ -35,14 +45,12 @@ void stackInFront(const Connection& connection, std::span<const xcb_window_t> wi
     }
     constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
     xcb_configure_window(connection.get(), windows.front(), XCB_CONFIG_WINDOW_STACK_MODE, &above);
-    for (std::size_t i = 1; i < windows.size(); ++i) {
-        stackBelow(connection, windows[i], windows[i - 1]);
-    }
+    stackBelow(connection, windows.subspan(1), windows.front());
 }
 
-void stackBelow(const Connection& connection, std::span<const xcb_window_t> windows, xcb_window_t sibling) {
-    for (const auto window : windows) {
-        stackBelow(connection, window, std::exchange(sibling, window));
+void stackTogether(const Connection& connection, std::span<const xcb_window_t> windows) {
+    for (auto i = windows.size(); i > 1; --i) {
+        stackBeside(connection, windows[i - 2], windows[i - 1], XCB_STACK_MODE_ABOVE);
     }
 }
 
@@ -53,6 +61,7 @@ bool changesOrder(const xcb_generic_event_t& event, xcb_window_t root) {
     case XCB_CONFIGURE_NOTIFY:
     case XCB_REPARENT_NOTIFY:
     case XCB_CIRCULATE_NOTIFY:
+    case XCB_DESTROY_NOTIFY:
         // They all begin alike.
         return eventAs<xcb_map_notify_event_t>(event).event == root;
     default: return false;
@@ -76,6 +85,7 @@ void StageOrder::want(Wanted wanted) {
         events_.reset();
         rootEvents_.reset();
         checking_.reset();
+        checkingAgain_.reset();
         return;
     }
     if (!events_) {
@@ -98,20 +108,30 @@ void StageOrder::restack() {
     stackInFront(connection_, wanted_.front);
     for (const auto& [window, own] : wanted_.below) {
         const auto known = topLevels_.find(window);
-        if (known != topLevels_.end() && lifts_ < mostLifts) {
+        if (isLifted()) {
+            stackInFront(connection_, own);
+        } else if (known != topLevels_.end()) {
             stackBelow(connection_, own, known->second);
         }
     }
 }
 
 void StageOrder::note(const xcb_generic_event_t& event) {
-    if (!checking_ && changesOrder(event, connection_.root())) {
-        checking_ = scheduler_.after(gatherTime, callbacks_.wrap([this] { check(); }));
+    if (!changesOrder(event, connection_.root())) {
+        return;
+    }
+    if (!checking_) {
+        checking_ = scheduler_.after(gatherTime, callbacks_.wrap([this] {
+            checking_.reset();
+            check();
+        }));
+    }
+    if (mustCutOut()) {
+        checkingAgain_ = scheduler_.after(settleTime, callbacks_.wrap([this] { check(); }));
     }
 }
 
 void StageOrder::check() {
-    checking_.reset();
     const auto stack = readStack();
     if (stack.empty()) {
         return;
@@ -141,26 +161,28 @@ void StageOrder::keepInFront(Stack stack) {
 }
 
 void StageOrder::keepBelow(WindowHandle window, const std::vector<xcb_window_t>& own, Stack stack) {
-    const auto sibling = topLevel(window, stack);
-    if (!sibling) {
-        cutOut(window);
-        return;
-    }
-    const auto place = std::ranges::find(stack, *sibling);
-    const bool isAbove =
-        std::ranges::find_first_of(place, stack.end(), own.begin(), own.end()) != stack.end();
-    const auto directlyBelow =
-        std::span(stack.begin(), place) | std::views::reverse | std::views::take(own.size());
-    lifts_ += isAbove ? 1 : 0;
-    if (!std::ranges::equal(directlyBelow, own) && lifts_ < mostLifts && mayCorrect()) {
-        stackBelow(connection_, own, *sibling);
+    if (const auto sibling = topLevel(window, stack)) {
+        const auto place = std::ranges::find(stack, *sibling);
+        const auto lifted = std::ranges::find_first_of(place, stack.end(), own.begin(), own.end());
+        lifts_ += lifted != stack.end() ? 1 : 0;
+        // What is not brought below it again must at least stay together.
+        const auto top = isLifted() ? std::ranges::find(stack, own.front()) : place;
+        const auto end = isLifted() && top != stack.end() ? std::next(top) : top;
+        const auto actual =
+            std::span(stack.begin(), end) | std::views::reverse | std::views::take(own.size());
+        if (!std::ranges::equal(actual, own) && mayCorrect()) {
+            isLifted() ? stackTogether(connection_, own) : stackBelow(connection_, own, *sibling);
+        }
     }
     cutOut(window);
 }
 
+bool StageOrder::isLifted() const { return lifts_ >= mostLifts; }
+
+bool StageOrder::mustCutOut() const { return lifts_ > 0 || isPaintedOnTop_; }
+
 void StageOrder::cutOut(WindowHandle window) {
-    const bool isOnTop = lifts_ > 0 || isPaintedOnTop_;
-    cutOut_(window, isOnTop ? framesFrom(window) : std::vector<PixelRect>());
+    cutOut_(window, mustCutOut() ? framesFrom(window) : std::vector<PixelRect>());
 }
 
 bool StageOrder::mayCorrect() {

@@ -51,6 +51,10 @@ private:
     void keepInFront(Stack stack);
     void keepBelow(WindowHandle window, const std::vector<xcb_window_t>& own, Stack stack);
     void cutOut(WindowHandle window);
+    // Whether the window manager insists on windows that it does not manage being above those that it does.
+    [[nodiscard]] bool isLifted() const;
+    // Whether windows may be seen above the one that they belong below.
+    [[nodiscard]] bool mustCutOut() const;
     // Whether one more correction is no quarrel with a program that insists on its own order.
     bool mayCorrect();
 
@@ -76,6 +80,7 @@ private:
     Registration rootEvents_;
     Registration events_;
     Registration checking_;
+    Registration checkingAgain_;
     Registration calmingDown_;
     WeakCallbacks callbacks_;
 };

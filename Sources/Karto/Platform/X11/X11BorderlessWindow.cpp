@@ -89,14 +89,14 @@ void X11BorderlessWindow::arrange() {
         mouseTaker_->hide();
         pressed_.reset();
     }
+    if (isHidden() && surface_) {
+        surface_->window().hide();
+        isPainted_ = false;
+    }
     if (!std::holds_alternative<Below>(standing_)) {
         cutOut({});
     }
     if (isHidden()) {
-        if (surface_) {
-            surface_->window().hide();
-        }
-        isPainted_ = false;
         return;
     }
     if (!isPlaced_) {
@@ -172,8 +172,18 @@ void X11BorderlessWindow::cutOut(const std::vector<PixelRect>& areas) {
         return;
     }
     cuts_ = areas;
-    if (surface_) {
-        applyShape();
+    if (!surface_) {
+        return;
+    }
+    // One compositor never fills the last hole of a window unless that is shown anew.
+    const bool appearsAnew = cuts_.empty() && surface_->window().isShown();
+    if (appearsAnew) {
+        surface_->window().hide();
+    }
+    applyShape();
+    if (appearsAnew) {
+        surface_->show();
+        surface_->paint();
     }
 }
 

@@ -1,0 +1,274 @@
+#include "StageTest.h"
+
+#include "DesktopTest.h"
+
+#include "Karto/Platform/X11/X11Accessibility.h"
+#include "Karto/Platform/X11/X11ApplicationActivity.h"
+
+#include <xcb/res.h>
+
+#include <fstream>
+#include <utility>
+
+namespace karto::desktop {
+
+namespace {
+
+constexpr Rect studio = zone::studio;
+
+} // namespace
+
+class StageOnManager : public StageTest, public ::testing::WithParamInterface<std::string> {
+protected:
+    StageOnManager()
+        : StageTest(GetParam()) {}
+};
+
+TEST_P(StageOnManager, aWindowIsInFrontOfAllOthersOrDirectlyBelowOneAndInNobodysWay) {
+    const XClient& x = desktop.x();
+    const Application alpha =
+        Application::probe(desktop, "plain", "alpha", {.x = 100, .y = 90, .width = 400, .height = 300});
+    const auto overlay = createWindow(studio, red);
+    overlay->orderFront();
+    stage->present();
+    EXPECT_TRUE(shows(200, 150, red));
+    const Application beta =
+        Application::probe(desktop, "plain", "beta", {.x = 350, .y = 250, .width = 400, .height = 300});
+    const xcb_window_t menu = mapUnmanaged({.x = 600, .y = 500, .width = 300, .height = 100});
+    EXPECT_TRUE(shows(400, 350, red));
+    EXPECT_TRUE(shows(700, 550, red));
+    EXPECT_EQ(x.activeWindow(), beta.window());
+    EXPECT_EQ(windowAt(400, 350), topLevel(beta.window()));
+    EXPECT_FALSE(x.clientOf(getpid()));
+    overlay->orderOut();
+    stage->present();
+    EXPECT_TRUE(shows(400, 350, slate));
+    xcb_destroy_window(server(), menu);
+
+    overlay->setIgnoresMouse(false);
+    overlay->orderBelow({.id = beta.window()});
+    stage->present();
+    EXPECT_TRUE(shows(200, 150, red));
+    EXPECT_TRUE(shows(400, 350, slate));
+    EXPECT_TRUE(isOwn(windowAt(200, 150)));
+    EXPECT_EQ(windowAt(400, 350), topLevel(beta.window()));
+    alpha.activate();
+    EXPECT_TRUE(shows(200, 150, slate));
+    EXPECT_TRUE(shows(650, 500, slate));
+    beta.activate();
+    EXPECT_TRUE(shows(200, 150, red));
+    EXPECT_TRUE(shows(650, 500, slate));
+    x.place(beta.window(), {.x = 550, .y = 350, .width = 500, .height = 300});
+    EXPECT_TRUE(shows(400, 300, red));
+    EXPECT_TRUE(shows(1000, 600, slate));
+    EXPECT_TRUE(reaches([&] { return windowAt(1000, 600) == topLevel(beta.window()); }));
+    EXPECT_TRUE(isOwn(windowAt(400, 300)));
+    x.close(beta.window());
+    EXPECT_TRUE(shows(1000, 600, red));
+}
+
+INSTANTIATE_TEST_SUITE_P(On, StageOnManager, onEveryManager, managerName);
+
+TEST_F(StageTest, edgesFallOnTheNearestPixel) {
+    const auto window = createWindow({.x = 0, .y = 0, .width = 2000, .height = 2000}, red);
+    const std::vector<std::pair<Rect, PixelRect>> frames{
+        {{.x = 10, .y = 20, .width = 30, .height = 40}, {.x = 10, .y = 20, .width = 30, .height = 40}},
+        {{.x = 10.5, .y = 20.4, .width = 30, .height = 40.2}, {.x = 11, .y = 20, .width = 30, .height = 41}},
+        {{.x = 1279.6, .y = 0.4, .width = 600.2, .height = 1023.2},
+         {.x = 1280, .y = 0, .width = 600, .height = 1024}}};
+    for (const auto& [frame, pixels] : frames) {
+        window->setFrame(frame);
+        window->orderFront();
+        stage->present();
+        const int right = pixels.x + pixels.width;
+        const int bottom = pixels.y + pixels.height;
+        EXPECT_TRUE(shows(pixels.x, pixels.y, red));
+        EXPECT_TRUE(shows(right - 1, bottom - 1, red));
+        EXPECT_NE(pixelAt(pixels.x - 1, pixels.y), red);
+        EXPECT_TRUE(pixels.y == 0 || pixelAt(pixels.x, pixels.y - 1) != red);
+        EXPECT_TRUE(right == 1880 || pixelAt(right, bottom - 1) != red);
+        EXPECT_TRUE(bottom == 1024 || pixelAt(right - 1, bottom) != red);
+    }
+}
+
+TEST_F(StageTest, levelsComeBeforeTheOrderOfShowing) {
+    const auto panel = createWindow({.x = 100, .y = 100, .width = 100, .height = 100}, green);
+    const auto first = createWindow({.x = 50, .y = 50, .width = 100, .height = 100}, red);
+    const auto second = createWindow({.x = 20, .y = 20, .width = 100, .height = 100}, slate);
+    panel->setLevel(StageLevel::panel);
+    for (auto* window : {panel.get(), first.get(), second.get()}) {
+        window->orderFront();
+        stage->present();
+    }
+    EXPECT_TRUE(shows(110, 110, green));
+    EXPECT_TRUE(shows(60, 60, slate));
+    first->orderFront();
+    stage->present();
+    EXPECT_TRUE(shows(110, 110, green));
+    EXPECT_TRUE(shows(60, 60, red));
+}
+
+TEST_F(StageTest, aProgramThatInsistsOnTheFrontIsLeftThere) {
+    const auto window = createWindow(studio, red);
+    window->orderFront();
+    stage->present();
+    const xcb_window_t rival = mapUnmanaged({.x = 100, .y = 100, .width = 200, .height = 200});
+    int raises = 0;
+    auto last = std::chrono::steady_clock::now();
+    const auto insist = [&] {
+        while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(server())}) {
+            const auto* news = reinterpret_cast<const xcb_visibility_notify_event_t*>(event.get());
+            if ((event->response_type & 0x7F) == XCB_VISIBILITY_NOTIFY &&
+                news->state != XCB_VISIBILITY_UNOBSCURED) {
+                constexpr std::uint32_t above = XCB_STACK_MODE_ABOVE;
+                xcb_configure_window(server(), rival, XCB_CONFIG_WINDOW_STACK_MODE, &above);
+                desktop.x().flush();
+                ++raises;
+                last = std::chrono::steady_clock::now();
+            }
+        }
+        return std::chrono::steady_clock::now() - last > 200ms;
+    };
+    EXPECT_TRUE(reaches(insist));
+    EXPECT_GT(raises, 0);
+    EXPECT_LT(raises, 10);
+}
+
+// Whether a compositor runs.
+class StageClickTest : public StageTest, public ::testing::WithParamInterface<bool> {};
+
+TEST_P(StageClickTest, clicksAreReportedFromTheWholeWindow) {
+    if (GetParam()) {
+        startCompositor();
+    }
+    const auto window = stage->createWindow({.x = 100, .y = 50, .width = 400, .height = 300});
+    window->setPicture(
+        {.tiles = {{.image = even(red), .area = {.x = 0, .y = 0, .width = 50, .height = 50}}}});
+    window->setIgnoresMouse(false);
+    window->orderFront();
+    stage->present();
+    std::vector<Point> clicks;
+    const auto registration = window->observeClicks([&](Point point) { clicks.push_back(point); });
+    const auto press = [&](std::uint8_t number, int fromX, int toX) {
+        require("the window", [&] { return isOwn(windowAt(fromX, 150)); });
+        button(XCB_BUTTON_PRESS, number);
+        movePointer(toX, 150);
+        button(XCB_BUTTON_RELEASE, number);
+    };
+    press(1, 200, 250);
+    press(3, 300, 300);
+    press(1, 110, 112);
+    press(1, 499, 499);
+    EXPECT_TRUE(reaches([&] { return clicks.size() >= 2; }));
+    EXPECT_EQ(clicks, (std::vector<Point>{{.x = 10, .y = 100}, {.x = 399, .y = 100}}));
+    window->setIgnoresMouse(true);
+    stage->present();
+    EXPECT_TRUE(reaches([&] { return !isOwn(windowAt(200, 150)); }));
+}
+
+INSTANTIATE_TEST_SUITE_P(Compositor, StageClickTest, ::testing::Bool());
+
+TEST_F(StageTest, whatNothingBlendsIsCutOutAndTheCompositorIsFollowed) {
+    const Application below =
+        Application::probe(desktop, "plain", "below", {.x = 0, .y = 0, .width = 600, .height = 500});
+    Image checks{.width = 2, .height = 2, .pixels = {red, 0x40400000, 0, 0x90900000}};
+    const auto pattern = std::make_shared<const Image>(std::move(checks));
+    const auto overlay = stage->createWindow({.x = 100, .y = 100, .width = 200, .height = 200});
+    overlay->setPicture(
+        {.tiles = {{.image = even(0x40000000), .area = {.width = 100, .height = 200}},
+                   {.image = even(green), .area = {.width = 20, .height = 20}},
+                   {.image = pattern, .area = {.x = 100, .y = 3, .width = 51, .height = 5}}}});
+    overlay->orderFront();
+    stage->present();
+    int changes = 0;
+    const auto registration = stage->observeStyleChanges([&] { ++changes; });
+    const auto expect = [&](std::array<std::uint32_t, 6> pixels) {
+        EXPECT_TRUE(shows(110, 110, pixels[0]));
+        EXPECT_TRUE(shows(150, 150, pixels[1]));
+        EXPECT_TRUE(shows(250, 107, pixels[2]));
+        EXPECT_TRUE(shows(249, 107, pixels[3]));
+        EXPECT_TRUE(shows(249, 106, pixels[4]));
+        EXPECT_TRUE(shows(250, 106, pixels[5]));
+        EXPECT_TRUE(shows(251, 107, slate));
+    };
+    const std::array blended{green, 0xFF162029, red, 0xFF562028, 0xFF9D1318, slate};
+    const std::array cut{green, slate, red, slate, 0xFF900000, slate};
+    expect(cut);
+    startCompositor();
+    expect(blended);
+    compositor->signal(SIGKILL);
+    EXPECT_TRUE(reaches([&] { return !stage->style().isTranslucent; }));
+    expect(cut);
+    EXPECT_EQ(changes, 2);
+}
+
+TEST_F(StageTest, showingAndHidingLeavesNothingBehind) {
+    const auto overlay = stage->createWindow({.x = 0, .y = 0, .width = 64, .height = 48});
+    overlay->setIgnoresMouse(false);
+    const auto image = std::make_shared<const Image>(
+        Image{.width = 16, .height = 16, .pixels = std::vector<std::uint32_t>(256, red)});
+    const auto showAndHide = [&](int times) {
+        for (int i = 0; i < times; ++i) {
+            overlay->setPicture(
+                {.tiles = {{.image = i % 2 == 0 ? image : std::make_shared<const Image>(*image),
+                            .area = {.width = 64, .height = 48}}}});
+            overlay->orderFront();
+            stage->present();
+            overlay->orderOut();
+            stage->present();
+            // The server has done it all, and told of it.
+            connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->get()),
+                                                           x11::deadlineFromNow());
+            scheduler.advance(1ms);
+        }
+    };
+    const auto resources = [&] {
+        const Reply<xcb_res_query_client_resources_reply_t> reply(xcb_res_query_client_resources_reply(
+            server(),
+            xcb_res_query_client_resources(server(), xcb_get_setup(connection->get())->resource_id_base),
+            nullptr));
+        int sum = 0;
+        for (auto type = xcb_res_query_client_resources_types_iterator(reply.get()); type.rem > 0;
+             xcb_res_type_next(&type)) {
+            sum += int(type.data->count);
+        }
+        return sum;
+    };
+    const auto pages = [] {
+        long total = 0;
+        long resident = 0;
+        std::ifstream("/proc/self/statm") >> total >> resident;
+        return resident;
+    };
+    showAndHide(500);
+    const int resourcesBefore = resources();
+    const long pagesBefore = pages();
+    showAndHide(10'000);
+    EXPECT_EQ(resources(), resourcesBefore);
+    EXPECT_LT(pages(), pagesBefore + 64);
+}
+
+TEST_F(StageTest, theProgramIsActiveWhileAWindowOfItsOwnIs) {
+    x11::X11Accessibility accessibility(*connection, *windowManager, scheduler,
+                                        {.ownProcess = getpid(), .isWayland = false, .openSettings = [] {}});
+    x11::X11ApplicationActivity activity(*connection, accessibility, scheduler, getpid());
+    std::vector<bool> changes;
+    const auto registration = activity.observe([&](bool isActive) { changes.push_back(isActive); });
+    const Application other = Application::probe(desktop, "plain", "other", somewhere);
+    const xcb_window_t own = xcb_generate_id(server());
+    xcb_create_window(server(), XCB_COPY_FROM_PARENT, own, desktop.x().root(), 0, 0, 100, 100, 0,
+                      XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+    xcb_map_window(server(), own);
+    desktop.x().flush();
+    EXPECT_TRUE(reaches([&] { return changes == std::vector{true}; }));
+    for (const auto window : {other.window(), own}) {
+        desktop.x().activate(window);
+        require("the other window", [&] { return desktop.x().activeWindow() == window; });
+    }
+    other.activate();
+    EXPECT_TRUE(reaches([&] { return changes.size() > 1; }));
+    EXPECT_EQ(changes, (std::vector{true, false}));
+    EXPECT_FALSE(activity.isActive());
+}
+
+} // namespace karto::desktop
