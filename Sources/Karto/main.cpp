@@ -4,6 +4,7 @@
 #include "Karto/Adapters/WindowService.h"
 #include "Karto/Coordinator.h"
 #include "Karto/Log.h"
+#include "Karto/Platform/Linux/DesktopEntries.h"
 #include "Karto/Platform/Linux/InotifyFileWatch.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
 #include "Karto/Platform/Linux/QtApplicationHost.h"
@@ -81,7 +82,8 @@ int main(int argumentCount, char** arguments) {
     QtDescriptorWatch descriptors;
 
     x11::WindowManager windowManager(connection);
-    x11::X11Accessibility accessibility(connection, windowManager, scheduler,
+    DesktopEntries installed(DesktopEntries::Places::ofSession());
+    x11::X11Accessibility accessibility(connection, windowManager, scheduler, installed,
                                         {.ownProcess = getpid(),
                                          .isWayland = isWayland || x11::runsInsideWayland(connection),
                                          .openSettings = QtApplicationHost::openDesktopSettings});

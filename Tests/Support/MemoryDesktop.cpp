@@ -62,9 +62,7 @@ void MemoryDesktop::hold(ModifierFlags flags) {
     modifierObservers_.notify(flags);
 }
 
-std::optional<Application> MemoryDesktop::frontmostApplication() {
-    return frontmost ? std::optional(application(*frontmost).application) : std::nullopt;
-}
+std::optional<std::int32_t> MemoryDesktop::frontmostApplication() { return frontmost; }
 
 std::vector<Application> MemoryDesktop::runningApplications() {
     std::vector<Application> running;

@@ -109,7 +109,7 @@ public:
 
     void openSettings() override { ++settingsOpened; }
 
-    std::optional<Application> frontmostApplication() override;
+    std::optional<std::int32_t> frontmostApplication() override;
     std::vector<Application> runningApplications() override;
     std::optional<WindowHandle> focusedWindow(std::int32_t pid) override;
     std::optional<std::vector<WindowHandle>> windows(std::int32_t pid) override;

@@ -24,10 +24,10 @@ std::optional<WindowHandle> WindowService::focusedWindow() {
     if (!application) {
         return std::nullopt;
     }
-    if (const auto focused = accessibility_.focusedWindow(application->pid)) {
+    if (const auto focused = accessibility_.focusedWindow(*application)) {
         return focused;
     }
-    const auto windows = accessibility_.windows(application->pid);
+    const auto windows = accessibility_.windows(*application);
     return windows && !windows->empty() ? std::optional(windows->front()) : std::nullopt;
 }
 
@@ -96,7 +96,7 @@ std::vector<Application> WindowService::regularApplications() {
     auto applications = accessibility_.runningApplications();
     std::erase_if(applications, [](const Application& application) { return !application.isRegular; });
     if (const auto frontmost = accessibility_.frontmostApplication()) {
-        const auto first = std::ranges::find(applications, frontmost->pid, &Application::pid);
+        const auto first = std::ranges::find(applications, *frontmost, &Application::pid);
         if (first != applications.end()) {
             std::rotate(applications.begin(), first, std::next(first));
         }

@@ -7,8 +7,9 @@
 #include <QTextLayout>
 #include <QTextOption>
 
-#include <algorithm>
 #include <cmath>
+#include <numeric>
+#include <optional>
 
 namespace karto::drawing {
 
@@ -24,12 +25,12 @@ public:
     }
 
     int breakAt(int width) {
-        double height = 0;
+        size_ = QSizeF(width, 0);
         layout_.beginLayout();
         for (auto line = layout_.createLine(); line.isValid(); line = layout_.createLine()) {
             line.setLineWidth(width);
-            line.setPosition({0, height});
-            height += line.height();
+            line.setPosition({0, size_.height()});
+            size_.rheight() += line.height();
         }
         layout_.endLayout();
         return layout_.lineCount();
@@ -46,42 +47,44 @@ public:
         breakAt(width);
     }
 
-    [[nodiscard]] int startOfLine(int line) const { return layout_.lineAt(line).textStart(); }
+    // Where the last line above that height starts; absent when all lines are.
+    [[nodiscard]] std::optional<int> startOfLastAbove(int height) const {
+        for (int i = 1; i < layout_.lineCount(); ++i) {
+            if (layout_.lineAt(i).rect().bottom() > height) {
+                return layout_.lineAt(i - 1).textStart();
+            }
+        }
+        return std::nullopt;
+    }
 
     [[nodiscard]] QSize size() const {
-        double width = 0;
-        double height = 0;
-        for (int i = 0; i < layout_.lineCount(); ++i) {
-            width = layout_.lineAt(i).width();
-            height += layout_.lineAt(i).height();
-        }
-        return {static_cast<int>(std::ceil(width)), static_cast<int>(std::ceil(height))};
+        return {static_cast<int>(size_.width()), static_cast<int>(std::ceil(size_.height()))};
     }
 
     void draw(QPainter& painter) const { layout_.draw(&painter, {0, 0}); }
 
 private:
     QTextLayout layout_;
+    QSizeF size_;
 };
 
-// Ends the text where its line of that number does.
-QString elided(const QString& text, const QFont& font, int width, int lineCount) {
+// Ends the text in its last line that fits.
+QString elided(const QString& text, const QFont& font, QSize room) {
     Lines lines(text, font);
-    if (lines.breakAt(width) <= lineCount) {
-        return text;
-    }
-    const int start = lines.startOfLine(lineCount - 1);
-    return text.left(start) + QFontMetrics(font).elidedText(text.mid(start), Qt::ElideRight, width);
+    lines.breakAt(room.width());
+    const auto start = lines.startOfLastAbove(room.height());
+    return start ? text.left(*start) +
+                       QFontMetrics(font).elidedText(text.mid(*start), Qt::ElideRight, room.width())
+                 : text;
 }
 
 } // namespace
 
 QImage paragraph(QString text, const QFont& font, const QColor& color, QSize room) {
     text.replace('\n', QChar::LineSeparator);
-    const int width = std::max(1, room.width());
-    const int mostLines = std::max(1, room.height() / QFontMetrics(font).lineSpacing());
-    Lines lines(elided(text, font, width, mostLines), font);
-    lines.breakEvenly(width);
+    room = room.expandedTo({1, 1});
+    Lines lines(elided(text, font, room), font);
+    lines.breakEvenly(room.width());
 
     QImage image = canvas(lines.size());
     QPainter painter(&image);

@@ -120,7 +120,7 @@ Picture paintMessage(const OverlayMessage& message, const PixelRect& window, con
     return picture;
 }
 
-// The smallest share of `extent` that fits into `room`, at most all of it.
+// How far `extent` must shrink to fit into `room`.
 double fittingShare(QSizeF extent, QSizeF room) {
     return std::clamp(std::min(room.width() / extent.width(), room.height() / extent.height()), 0.0, 1.0);
 }
@@ -215,18 +215,13 @@ private:
     std::map<NumberKey, std::shared_ptr<const Image>> numbers_;
 };
 
-OverlayPainter::OverlayPainter() = default;
-OverlayPainter::OverlayPainter(OverlayPainter&&) noexcept = default;
-OverlayPainter& OverlayPainter::operator=(OverlayPainter&&) noexcept = default;
-OverlayPainter::~OverlayPainter() = default;
-
 Picture OverlayPainter::paint(const OverlayContentView& view, const StageStyle& style) {
     const auto window = pixels(view.displayFrame, view.displayFrame.origin());
     if (const auto* message = std::get_if<OverlayMessage>(&view.content)) {
         return paintMessage(*message, window, style);
     }
     if (!zones_ || !zones_->hasLook(view.appearance, style)) {
-        zones_ = std::make_unique<ZonePainter>(view.appearance, style);
+        zones_ = std::make_shared<ZonePainter>(view.appearance, style);
     }
     Picture picture;
     for (const auto& zone : std::get<OverlayZones>(view.content)) {

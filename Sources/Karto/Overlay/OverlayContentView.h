@@ -24,17 +24,12 @@ struct OverlayContentView {
 // one picture to the next.
 class OverlayPainter {
 public:
-    OverlayPainter();
-    OverlayPainter(OverlayPainter&&) noexcept;
-    OverlayPainter& operator=(OverlayPainter&&) noexcept;
-    ~OverlayPainter();
-
     Picture paint(const OverlayContentView& view, const StageStyle& style);
 
 private:
     class ZonePainter;
 
-    std::unique_ptr<ZonePainter> zones_;
+    std::shared_ptr<ZonePainter> zones_;
 };
 
 } // namespace karto

@@ -41,7 +41,8 @@ public:
     // Opens the place where a person can change that, as far as the desktop has one.
     virtual void openSettings() = 0;
 
-    virtual std::optional<Application> frontmostApplication() = 0;
+    // Its process identifier.
+    virtual std::optional<std::int32_t> frontmostApplication() = 0;
     // In the order in which they appeared.
     virtual std::vector<Application> runningApplications() = 0;
 

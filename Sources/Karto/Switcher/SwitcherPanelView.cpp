@@ -62,12 +62,10 @@ std::shared_ptr<const Image> selectionImage(const PixelRect& panel, const PixelR
     return shared(image);
 }
 
-void paintIcon(QPainter& painter, const Image& icon, const QRectF& place) {
-    const auto scaled =
-        view(icon).scaled(place.size().toSize(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
-    QRect area(scaled.rect());
-    area.moveCenter(place.toAlignedRect().center());
-    painter.drawImage(area.topLeft(), scaled);
+void paintIcon(QPainter& painter, const Image& icon, const QRect& place) {
+    const auto scaled = view(icon).scaled(place.size(), Qt::KeepAspectRatio, Qt::SmoothTransformation);
+    painter.drawImage(place.x() + (place.width() - scaled.width()) / 2,
+                      place.y() + (place.height() - scaled.height()) / 2, scaled);
 }
 
 struct Texts {
@@ -101,7 +99,7 @@ QImage paintRow(const SwitcherRow& row, QSize size, double scale) {
     const int icon = toPixels(iconSize, scale);
     const int left = toPixels(horizontalPadding, scale);
     if (row.icon) {
-        paintIcon(painter, *row.icon, QRectF(left, (size.height() - icon) / 2, icon, icon));
+        paintIcon(painter, *row.icon, {left, (size.height() - icon) / 2, icon, icon});
     }
 
     const auto nameFont = systemFont(textSize * scale, QFont::DemiBold);

@@ -11,8 +11,10 @@ namespace karto::x11 {
 
 struct Atoms {
     xcb_atom_t comptonShadow = XCB_ATOM_NONE;
+    xcb_atom_t gtkApplicationId = XCB_ATOM_NONE;
     xcb_atom_t gtkFrameExtents = XCB_ATOM_NONE;
     xcb_atom_t kartoAgent = XCB_ATOM_NONE;
+    xcb_atom_t kdeNetWmDesktopFile = XCB_ATOM_NONE;
     xcb_atom_t kdeNetWmWindowTypeOverride = XCB_ATOM_NONE;
     xcb_atom_t netActiveWindow = XCB_ATOM_NONE;
     xcb_atom_t netClientList = XCB_ATOM_NONE;
@@ -53,8 +55,10 @@ using AtomName = std::pair<xcb_atom_t Atoms::*, std::string_view>;
 
 inline constexpr std::array atomNames{
     AtomName{&Atoms::comptonShadow, "_COMPTON_SHADOW"},
+    AtomName{&Atoms::gtkApplicationId, "_GTK_APPLICATION_ID"},
     AtomName{&Atoms::gtkFrameExtents, "_GTK_FRAME_EXTENTS"},
     AtomName{&Atoms::kartoAgent, "_KARTO_AGENT"},
+    AtomName{&Atoms::kdeNetWmDesktopFile, "_KDE_NET_WM_DESKTOP_FILE"},
     AtomName{&Atoms::kdeNetWmWindowTypeOverride, "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE"},
     AtomName{&Atoms::netActiveWindow, "_NET_ACTIVE_WINDOW"},
     AtomName{&Atoms::netClientList, "_NET_CLIENT_LIST"},

@@ -1,5 +1,6 @@
 #include "Karto/Platform/X11/X11Accessibility.h"
 
+#include "Karto/Platform/X11/ApplicationIdentities.h"
 #include "Karto/Platform/X11/Icons.h"
 
 #include <algorithm>
@@ -53,10 +54,11 @@ std::optional<xcb_window_t> subjectOf(const xcb_generic_event_t& event) {
 } // namespace
 
 X11Accessibility::X11Accessibility(Connection& connection, WindowManager& manager, Scheduler& scheduler,
-                                   SessionFacts session)
+                                   InstalledApplications& installed, SessionFacts session)
     : connection_(connection)
     , manager_(manager)
     , scheduler_(scheduler)
+    , installed_(installed)
     , session_(std::move(session))
     , placer_(connection, manager, scheduler)
     , events_(connection.observe([this](const xcb_generic_event_t& event) { noteEvent(event); }))
@@ -86,22 +88,22 @@ std::optional<std::string> X11Accessibility::trustProblem() {
 
 void X11Accessibility::openSettings() { session_.openSettings(); }
 
-std::optional<Application> X11Accessibility::frontmostApplication() {
+std::optional<std::int32_t> X11Accessibility::frontmostApplication() {
     const auto window = activeWindow();
     const auto found = window ? facts(*window) : std::nullopt;
-    if (!found) {
-        return std::nullopt;
-    }
-    return application(*window, *found);
+    return found ? std::optional(applicationNumber(*window, *found)) : std::nullopt;
 }
 
 std::vector<Application> X11Accessibility::runningApplications() {
     std::vector<Application> result;
     std::set<std::int32_t> known;
-    for (const auto& client : clients(connection_.atoms().netClientList)) {
-        auto owner = application(client.window, client.facts);
-        if (known.insert(owner.pid).second) {
-            result.push_back(std::move(owner));
+    const auto listed = clients(connection_.atoms().netClientList);
+    forgetFacesWithout(listed);
+    for (const auto& client : listed) {
+        const auto pid = applicationNumber(client.window, client.facts);
+        if (known.insert(pid).second) {
+            result.push_back(
+                {.pid = pid, .name = face(pid, client).name, .isRegular = pid != session_.ownProcess});
         }
     }
     return result;
@@ -125,12 +127,20 @@ std::optional<std::vector<WindowHandle>> X11Accessibility::windows(std::int32_t 
 }
 
 std::shared_ptr<const Image> X11Accessibility::icon(std::int32_t pid) {
-    for (const auto& client : clientsOf(pid)) {
-        if (auto image = readIcon(connection_, client.window)) {
-            return std::make_shared<const Image>(*std::move(image));
+    const auto own = clientsOf(pid);
+    if (own.empty()) {
+        return nullptr;
+    }
+    auto& owner = face(pid, own.front());
+    for (auto client = own.begin(); client != own.end() && !owner.icon; ++client) {
+        if (auto image = readIcon(connection_, client->window)) {
+            owner.icon = std::make_shared<const Image>(*std::move(image));
         }
     }
-    return nullptr;
+    for (auto name = owner.identities.begin(); name != owner.identities.end() && !owner.icon; ++name) {
+        owner.icon = installed_.icon(*name);
+    }
+    return owner.icon;
 }
 
 std::optional<Point> X11Accessibility::position(WindowHandle window) {
@@ -362,11 +372,29 @@ std::vector<X11Accessibility::Client> X11Accessibility::clientsOf(std::int32_t p
     return own;
 }
 
-Application X11Accessibility::application(xcb_window_t window, const WindowFacts& facts) const {
-    const auto number = applicationNumber(window, facts);
-    return {.pid = number,
-            .name = facts.className.empty() ? std::nullopt : std::optional(facts.className),
-            .isRegular = number != session_.ownProcess && isOrdinary(facts)};
+X11Accessibility::Face& X11Accessibility::face(std::int32_t pid, const Client& client) {
+    const auto [found, isNew] = faces_.try_emplace(pid);
+    auto& face = found->second;
+    if (!isNew) {
+        return face;
+    }
+    face.window = client.window;
+    face.identities = readIdentities(connection_, client.window);
+    for (auto name = face.identities.begin(); name != face.identities.end() && !face.name; ++name) {
+        face.name = installed_.name(*name);
+    }
+    if (!face.name && !client.facts.className.empty()) {
+        face.name = client.facts.className;
+    }
+    return face;
+}
+
+void X11Accessibility::forgetFacesWithout(std::span<const Client> listed) {
+    std::erase_if(faces_, [&](const auto& entry) {
+        const auto& [pid, face] = entry;
+        const auto client = std::ranges::find(listed, face.window, &Client::window);
+        return client == listed.end() || applicationNumber(client->window, client->facts) != pid;
+    });
 }
 
 bool X11Accessibility::isOrdinary(const WindowFacts& facts) const {

@@ -4,6 +4,7 @@
 // known before a key is pressed.
 
 #include "Karto/Platform/Accessibility.h"
+#include "Karto/Platform/InstalledApplications.h"
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Connection.h"
@@ -16,7 +17,10 @@
 
 #include <functional>
 #include <map>
+#include <memory>
 #include <optional>
+#include <span>
+#include <string>
 #include <vector>
 
 namespace karto::x11 {
@@ -32,14 +36,14 @@ struct SessionFacts {
 class X11Accessibility final : public Accessibility {
 public:
     X11Accessibility(Connection& connection, WindowManager& manager, Scheduler& scheduler,
-                     SessionFacts session);
+                     InstalledApplications& installed, SessionFacts session);
 
     bool isTrusted() override;
     bool requestTrust() override;
     std::optional<std::string> trustProblem() override;
     void openSettings() override;
 
-    std::optional<Application> frontmostApplication() override;
+    std::optional<std::int32_t> frontmostApplication() override;
     std::vector<Application> runningApplications() override;
     std::optional<WindowHandle> focusedWindow(std::int32_t pid) override;
     std::optional<std::vector<WindowHandle>> windows(std::int32_t pid) override;
@@ -66,6 +70,16 @@ private:
         WindowFacts facts;
     };
 
+    // What a person knows an application by. Icons are large to read.
+    struct Face {
+        // It is kept as long as this window of the application.
+        xcb_window_t window = XCB_WINDOW_NONE;
+        std::vector<std::string> identities;
+        std::optional<std::string> name;
+        // Null until one is found.
+        std::shared_ptr<const Image> icon;
+    };
+
     // The active window, kept current by the events that tell of its changes: between a pressed key and the
     // request to move it nothing needs to be asked.
     struct Active {
@@ -89,7 +103,8 @@ private:
     // The windows that the manager lists under that name, except desktops and docks.
     std::vector<Client> clients(xcb_atom_t list);
     std::vector<Client> clientsOf(std::int32_t pid);
-    [[nodiscard]] Application application(xcb_window_t window, const WindowFacts& facts) const;
+    Face& face(std::int32_t pid, const Client& client);
+    void forgetFacesWithout(std::span<const Client> listed);
     [[nodiscard]] bool isOrdinary(const WindowFacts& facts) const;
     void remember(xcb_window_t window, const WindowFacts& facts);
     std::optional<std::uint32_t> rootValue(xcb_atom_t property, xcb_atom_t type);
@@ -98,12 +113,14 @@ private:
     Connection& connection_;
     WindowManager& manager_;
     Scheduler& scheduler_;
+    InstalledApplications& installed_;
     SessionFacts session_;
     WindowPlacer placer_;
     // What was read while the event at hand is handled.
     std::map<xcb_window_t, WindowFacts> seen_;
     std::optional<std::uint32_t> seenDesktop_;
     Active active_;
+    std::map<std::int32_t, Face> faces_;
     xcb_window_t lastRaised_ = XCB_WINDOW_NONE;
     Registration events_;
     Registration turnEnds_;

@@ -48,7 +48,7 @@ void X11ApplicationActivity::note(const xcb_generic_event_t& event) {
 
 bool X11ApplicationActivity::readActive() const {
     const auto frontmost = accessibility_.frontmostApplication();
-    return frontmost && frontmost->pid == ownProcess_;
+    return frontmost == ownProcess_;
 }
 
 void X11ApplicationActivity::change(bool isActive) {
