@@ -2,7 +2,9 @@
 
 #include "Karto/Adapters/ConfigStore.h"
 #include "Karto/Coordinator.h"
+#include "Karto/Overlay/OverlayController.h"
 #include "Karto/StatusReports.h"
+#include "Karto/Switcher/SwitcherController.h"
 
 #include <string>
 
@@ -45,13 +47,16 @@ void Startup::run() {
     reportHotkeys("hotkey registration");
     store.start(callbacks_.wrap([this](ConfigChangeEvent) { configChanged(); }));
     reportConfig("startup");
+    services_.overlay.start(services_.overlayModifiers);
+    services_.switcher.start(services_.switcherModifiers);
     services_.host.print(bannerText(store.hotkeyModifiers(), store.commandKeys()));
 }
 
 void Startup::dispatch(const KartoCommand& command) {
-    // There is nothing to cancel while no windows are cycled.
-    if (command != KartoCommand::cancelCycling) {
-        services_.coordinator.handle(command);
+    switch (command.kind()) {
+    case KartoCommand::Kind::cycleWindows: services_.switcher.advance(); break;
+    case KartoCommand::Kind::cancelCycling: services_.switcher.cancel(); break;
+    default: services_.coordinator.handle(command); break;
     }
 }
 

@@ -5,6 +5,7 @@
 #include "Karto/Adapters/ConfigProviding.h"
 #include "Karto/Adapters/DisplayProviding.h"
 #include "Karto/Adapters/HotkeyService.h"
+#include "Karto/Adapters/ModifierWatching.h"
 #include "Karto/Adapters/WindowService.h"
 #include "Karto/Log.h"
 #include "Karto/Platform/ApplicationHost.h"
@@ -19,6 +20,8 @@ namespace karto {
 
 class ConfigStore;
 class Coordinator;
+class OverlayController;
+class SwitcherController;
 
 // The exit status of a program that may not move windows.
 inline constexpr int notTrustedStatus = 1;
@@ -37,6 +40,11 @@ public:
         DisplayProviding& displays;
         Coordinator& coordinator;
         HotkeyService& hotkeys;
+        OverlayController& overlay;
+        SwitcherController& switcher;
+        // One for the overlay and one for the switcher.
+        ModifierWatching& overlayModifiers;
+        ModifierWatching& switcherModifiers;
         CheckLog& log;
     };
 

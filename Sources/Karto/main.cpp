@@ -1,14 +1,17 @@
 #include "Karto/Adapters/ConfigStore.h"
 #include "Karto/Adapters/DisplayRegistry.h"
 #include "Karto/Adapters/HotkeyService.h"
+#include "Karto/Adapters/ModifierMonitor.h"
 #include "Karto/Adapters/WindowService.h"
 #include "Karto/Coordinator.h"
 #include "Karto/Log.h"
+#include "Karto/Overlay/OverlayController.h"
 #include "Karto/Platform/Linux/DesktopEntries.h"
 #include "Karto/Platform/Linux/InotifyFileWatch.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 #include "Karto/Platform/Linux/QtDescriptorWatch.h"
+#include "Karto/Platform/Linux/QtDesktopTheme.h"
 #include "Karto/Platform/Linux/QtScheduler.h"
 #include "Karto/Platform/Linux/SystemClock.h"
 #include "Karto/Platform/X11/Connection.h"
@@ -16,9 +19,13 @@
 #include "Karto/Platform/X11/SingleInstance.h"
 #include "Karto/Platform/X11/WindowManager.h"
 #include "Karto/Platform/X11/X11Accessibility.h"
+#include "Karto/Platform/X11/X11ApplicationActivity.h"
 #include "Karto/Platform/X11/X11HotKeyCenter.h"
+#include "Karto/Platform/X11/X11ModifierEvents.h"
+#include "Karto/Platform/X11/X11OverlayStage.h"
 #include "Karto/Platform/X11/X11Screens.h"
 #include "Karto/Startup.h"
+#include "Karto/Switcher/SwitcherController.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
@@ -98,8 +105,30 @@ int main(int argumentCount, char** arguments) {
     x11::X11Screens screens(connection, scheduler);
     DisplayRegistry displays(screens);
     Coordinator coordinator(windowService, displays, store, log);
+    QtDesktopTheme theme;
+    x11::X11OverlayStage stage(connection, windowManager, theme, scheduler);
+    SwitcherPainter switcherPainter;
+    SwitcherWindow panel(stage, [&](const SwitcherPanelView& view, const StageStyle& style) {
+        return switcherPainter.paint(view, style);
+    });
+    SwitcherController switcher(windowService, displays, store, panel, log);
     x11::X11HotKeyCenter hotKeyCenter(connection, scheduler);
     HotkeyService hotkeys(hotKeyCenter);
+    x11::X11ApplicationActivity activity(connection, accessibility, scheduler, getpid());
+    OverlayPainter overlayPainter;
+    OverlayController overlay({.config = store,
+                               .displays = displays,
+                               .screens = screens,
+                               .stage = stage,
+                               .activity = activity,
+                               .scheduler = scheduler,
+                               .log = log},
+                              [&](const OverlayContentView& view, const StageStyle& style) {
+                                  return overlayPainter.paint(view, style);
+                              });
+    x11::X11ModifierEvents modifierEvents(connection);
+    ModifierMonitor overlayModifiers(modifierEvents, scheduler);
+    ModifierMonitor switcherModifiers(modifierEvents, scheduler);
 
     Startup startup({.host = host,
                      .hotKeyCenter = hotKeyCenter,
@@ -107,6 +136,10 @@ int main(int argumentCount, char** arguments) {
                      .displays = displays,
                      .coordinator = coordinator,
                      .hotkeys = hotkeys,
+                     .overlay = overlay,
+                     .switcher = switcher,
+                     .overlayModifiers = overlayModifiers,
+                     .switcherModifiers = switcherModifiers,
                      .log = log});
     startup.run();
 

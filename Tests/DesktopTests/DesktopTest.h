@@ -8,8 +8,10 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <csignal>
+#include <cstdlib>
 #include <iostream>
 
 namespace karto::desktop {
@@ -26,6 +28,7 @@ inline constexpr Rect rightOfStudio{.x = 640, .y = 0, .width = 640, .height = 80
 inline constexpr Rect tower{.x = 1280, .y = 0, .width = 600, .height = 995};
 } // namespace zone
 
+inline constexpr int panelHeight = 29;
 inline constexpr Rect somewhere{.x = 100, .y = 90, .width = 420, .height = 310};
 
 // Equal but for the rounding to whole pixels of every edge.
@@ -36,7 +39,9 @@ inline bool fits(const Rect& frame, const Rect& wanted) {
 
 class DesktopTest : public ::testing::Test {
 protected:
-    explicit DesktopTest(const std::string& manager = "openbox") {
+    explicit DesktopTest(const std::string& manager = "openbox",
+                         const std::vector<Output>& outputs = studioAndTower)
+        : desktop(outputs) {
         desktop.startWindowManager(manager);
         KartoProcess::writeConfiguration(desktop, sampleConfiguration);
     }
@@ -73,7 +78,7 @@ protected:
 
     // The same for a change that reaches the program in its own time: pressed until the command fits.
     ::testing::AssertionResult pressUntilFits(const std::string& key, const Application& window,
-                                            const Rect& wanted) {
+                                              const Rect& wanted) {
         const bool fitted = eventually([&] {
             keys.chord(key);
             return eventually([&] { return fits(window.frame(), wanted); }, 300ms);
@@ -86,9 +91,23 @@ protected:
         return fitted ? ::testing::AssertionSuccess() : mismatch(window, wanted);
     }
 
+    // Kept for people to look at, in the folder that KARTO_PICTURES names, if it names one.
+    void takePicture(const std::string& name) {
+        const char* const folder = std::getenv("KARTO_PICTURES");
+        if (folder == nullptr) {
+            return;
+        }
+        // Compositors paint what is new a frame or two later.
+        std::this_thread::sleep_for(200ms);
+        const auto& test = *::testing::UnitTest::GetInstance()->current_test_info();
+        std::string file = std::string(test.test_suite_name()) + "." + test.name() + "." + name + ".png";
+        std::ranges::replace(file, '/', '-');
+        desktop.screenshot(std::filesystem::path(folder) / file);
+    }
+
     PrivateDesktop desktop;
     KeyPresser keys{desktop.x()};
-    ChildProcess panel = startPanel(desktop, studioAndTower[1].area, 29);
+    ChildProcess panel = startPanel(desktop, studioAndTower[1].area, panelHeight);
     std::unique_ptr<KartoProcess> karto;
     bool shouldSurvive = true;
 

@@ -89,15 +89,16 @@ TEST_F(DisplayTest, zonesComeAndGoWithTheirDisplay) {
     startKarto();
     ASSERT_TRUE(pressUntilFits("AE04", window, zone::four));
     press("AE01", "moveToZone(1)");
-    if (!desktop.setConnected("Tower", false)) {
+    if (!desktop.hasOutputs()) {
         GTEST_SKIP() << "the outputs of this server are fixed";
     }
+    desktop.setConnected("Tower", false);
     EXPECT_TRUE(eventually([&] {
         keys.chord("AE04");
         const auto line = karto->log().next("command moveToZone(4):", 1s);
         return line && line->contains("no destination found");
     }));
-    ASSERT_TRUE(desktop.setConnected("Tower", true));
+    desktop.setConnected("Tower", true);
     EXPECT_TRUE(pressUntilFits("AE04", window, zone::four));
 }
 

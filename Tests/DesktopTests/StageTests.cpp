@@ -248,8 +248,15 @@ TEST_F(StageTest, showingAndHidingLeavesNothingBehind) {
     EXPECT_LT(pages(), pagesBefore + 64);
 }
 
+struct NothingInstalled final : InstalledApplications {
+    std::optional<std::string> name(std::string_view /*identity*/) override { return {}; }
+
+    std::shared_ptr<const Image> icon(std::string_view /*identity*/) override { return {}; }
+};
+
 TEST_F(StageTest, theProgramIsActiveWhileAWindowOfItsOwnIs) {
-    x11::X11Accessibility accessibility(*connection, *windowManager, scheduler,
+    NothingInstalled installed;
+    x11::X11Accessibility accessibility(*connection, *windowManager, scheduler, installed,
                                         {.ownProcess = getpid(), .isWayland = false, .openSettings = [] {}});
     x11::X11ApplicationActivity activity(*connection, accessibility, scheduler, getpid());
     std::vector<bool> changes;

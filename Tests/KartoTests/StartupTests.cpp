@@ -2,11 +2,15 @@
 
 #include "Karto/Adapters/ConfigStore.h"
 #include "Karto/Adapters/DisplayRegistry.h"
+#include "Karto/Adapters/ModifierMonitor.h"
 #include "Karto/Coordinator.h"
+#include "Karto/Overlay/OverlayController.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
+#include "Karto/Switcher/SwitcherController.h"
 #include "Support/ManualScheduler.h"
 #include "Support/MemoryCheckLog.h"
 #include "Support/MemoryDesktop.h"
+#include "Support/MemoryStage.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fmt/format.h>
@@ -22,6 +26,8 @@ using ::testing::StartsWith;
 
 constexpr Rect mainFrame{.x = 0, .y = 0, .width = 1000, .height = 800};
 constexpr std::uint32_t oneKey = 18;
+constexpr std::uint32_t tabKey = 48;
+constexpr std::uint32_t escapeKey = 53;
 constexpr std::uint32_t tKey = 17;
 constexpr std::uint32_t yKey = 16;
 
@@ -60,12 +66,31 @@ protected:
     DisplayRegistry displays{desktop};
     Coordinator coordinator{windows, displays, store, log};
     HotkeyService hotkeys{desktop};
+    MemoryStage stage;
+    OverlayController overlay{
+        {.config = store,
+         .displays = displays,
+         .screens = desktop,
+         .stage = stage,
+         .activity = stage,
+         .scheduler = scheduler,
+         .log = log},
+        [](const OverlayContentView&, const StageStyle&) { return pictureNamed("zones"); }};
+    SwitcherWindow panel{stage,
+                         [](const SwitcherPanelView&, const StageStyle&) { return pictureNamed("panel"); }};
+    SwitcherController switcher{windows, displays, store, panel, log};
+    ModifierMonitor overlayModifiers{desktop, scheduler};
+    ModifierMonitor switcherModifiers{desktop, scheduler};
     Startup startup{{.host = desktop,
                      .hotKeyCenter = desktop,
                      .store = store,
                      .displays = displays,
                      .coordinator = coordinator,
                      .hotkeys = hotkeys,
+                     .overlay = overlay,
+                     .switcher = switcher,
+                     .overlayModifiers = overlayModifiers,
+                     .switcherModifiers = switcherModifiers,
                      .log = log}};
 };
 
@@ -128,6 +153,28 @@ TEST_F(StartupTest, aShortcutMovesTheFocusedWindow) {
     desktop.focus(window);
     EXPECT_TRUE(desktop.press({.code = oneKey}));
     EXPECT_EQ(desktop.window(window).frame, mainFrame);
+}
+
+TEST_F(StartupTest, theShortcutsOfTheSwitcherGoToTheSwitcher) {
+    writeFile(path, oneZone);
+    startup.run();
+    report();
+    constexpr ModifierFlags hyper{ModifierBits::shift | ModifierBits::control | ModifierBits::option |
+                                  ModifierBits::command};
+    const auto editor = desktop.launch("Editor");
+    desktop.open(editor, {.frame = mainFrame});
+    desktop.focus(desktop.open(editor, {.frame = mainFrame}));
+    desktop.hold(hyper);
+    EXPECT_TRUE(desktop.press({.code = tabKey}));
+    EXPECT_THAT(stage.shown(), ElementsAre("panel"));
+    scheduler.advance(std::chrono::seconds(1));
+    EXPECT_THAT(stage.shown(), ElementsAre("panel", "zones"));
+    EXPECT_TRUE(desktop.press({.code = escapeKey}));
+    EXPECT_THAT(stage.shown(), ElementsAre("zones"));
+    desktop.hold({});
+    EXPECT_THAT(stage.shown(), ElementsAre());
+    EXPECT_EQ(report(), R"(switcher: 2 window(s) in zone 1 on "Main"
+switcher: cancelled, nothing raised)");
 }
 
 TEST_F(StartupTest, aChangedFileIsReportedAndItsShortcutsAreClaimed) {

@@ -47,9 +47,9 @@ void select(int order, std::vector<OverlayScreen>& screens) {
 
 } // namespace
 
-OverlayController::OverlayController(const Services& services, OverlayPainter painter)
+OverlayController::OverlayController(const Services& services, PaintOverlay paint)
     : services_(services)
-    , painter_(std::move(painter)) {}
+    , paint_(std::move(paint)) {}
 
 void OverlayController::start(ModifierWatching& modifiers) {
     modifiers_ = &modifiers;
@@ -192,7 +192,7 @@ void OverlayController::createWindows() {
         }
         isTaken[*index] = true;
         windows_.push_back(std::make_unique<OverlayWindow>(
-            services_.stage, painter_, systemScreens[*index].frame, services_.activity.isActive()));
+            services_.stage, paint_, systemScreens[*index].frame, services_.activity.isActive()));
         windowDisplays_.push_back(screen.display);
         matched.push_back(std::move(screen));
     }

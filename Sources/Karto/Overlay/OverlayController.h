@@ -41,7 +41,7 @@ public:
     // Hears the display that was clicked on, and the number of the zone or none.
     using ZoneClickHandler = std::function<void(const DisplayInfo&, std::optional<int>)>;
 
-    OverlayController(const Services& services, OverlayPainter painter);
+    OverlayController(const Services& services, PaintOverlay paint);
 
     // Follows the modifiers held from now on; once.
     void start(ModifierWatching& modifiers);
@@ -74,7 +74,7 @@ private:
     void logUnmatched(const DisplayInfo& display, std::span<const DisplayInfo> systemScreens);
 
     Services services_;
-    OverlayPainter painter_;
+    PaintOverlay paint_;
     ModifierWatching* modifiers_ = nullptr;
     // What is to be shown, and the windows that show it: one for each display that has a screen.
     std::vector<OverlayScreen> screens_;

@@ -13,10 +13,10 @@ bool contains(const Rect& rect, Point point) {
 
 } // namespace
 
-OverlayWindow::OverlayWindow(OverlayStage& stage, const OverlayPainter& painter, const Rect& frame,
+OverlayWindow::OverlayWindow(OverlayStage& stage, const PaintOverlay& paint, const Rect& frame,
                              bool isAppActive)
     : stage_(stage)
-    , painter_(painter)
+    , paint_(paint)
     , window_(stage.createWindow(frame))
     , isAppActive_(isAppActive) {
     clicks_ = window_->observeClicks([this](Point position) { clicked(position); });
@@ -40,7 +40,7 @@ void OverlayWindow::setView(OverlayContentView view) {
     }
     view_ = std::move(view);
     style_ = style;
-    window_->setPicture(painter_(view_, style));
+    window_->setPicture(paint_(view_, style));
 }
 
 void OverlayWindow::updateMouse() { window_->setIgnoresMouse(!isPreview_ || !isAppActive_); }

@@ -12,13 +12,13 @@
 
 namespace karto {
 
-using OverlayPainter = std::function<Picture(const OverlayContentView&, const StageStyle&)>;
+using PaintOverlay = std::function<Picture(const OverlayContentView&, const StageStyle&)>;
 
 class OverlayWindow {
 public:
-    // Hidden and empty at first. frame: the display's visible frame, global points. The stage and the painter
+    // Hidden and empty at first. frame: the display's visible frame, global points. The stage and what paints
     // outlive the window.
-    OverlayWindow(OverlayStage& stage, const OverlayPainter& painter, const Rect& frame, bool isAppActive);
+    OverlayWindow(OverlayStage& stage, const PaintOverlay& paint, const Rect& frame, bool isAppActive);
 
     // A preview window is of normal level and takes the mouse while the application is active; any other one
     // floats and lets clicks through.
@@ -42,7 +42,7 @@ private:
     void clicked(Point position) const;
 
     OverlayStage& stage_;
-    const OverlayPainter& painter_;
+    const PaintOverlay& paint_;
     std::unique_ptr<BorderlessWindow> window_;
     bool isPreview_ = false;
     bool isAppActive_ = false;

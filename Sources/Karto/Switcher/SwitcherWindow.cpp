@@ -4,14 +4,14 @@
 
 namespace karto {
 
-SwitcherWindow::SwitcherWindow(OverlayStage& stage, SwitcherPainter painter)
+SwitcherWindow::SwitcherWindow(OverlayStage& stage, PaintSwitcher paint)
     : stage_(stage)
-    , painter_(std::move(painter))
+    , paint_(std::move(paint))
     , window_(stage.createWindow({})) {
     window_->setLevel(StageLevel::panel);
     styleChanges_ = stage_.observeStyleChanges([this] {
         if (isShown_) {
-            paint();
+            repaint();
             stage_.present();
         }
     });
@@ -20,7 +20,7 @@ SwitcherWindow::SwitcherWindow(OverlayStage& stage, SwitcherPainter painter)
 void SwitcherWindow::show(SwitcherPanelView view, const Rect& frame) {
     view_ = std::move(view);
     isShown_ = true;
-    paint();
+    repaint();
     window_->setFrame(frame);
     window_->orderFront();
     stage_.present();
@@ -32,6 +32,6 @@ void SwitcherWindow::orderOut() {
     stage_.present();
 }
 
-void SwitcherWindow::paint() { window_->setPicture(painter_(view_, stage_.style())); }
+void SwitcherWindow::repaint() { window_->setPicture(paint_(view_, stage_.style())); }
 
 } // namespace karto

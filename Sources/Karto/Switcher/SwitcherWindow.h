@@ -10,11 +10,11 @@
 
 namespace karto {
 
-using SwitcherPainter = std::function<Picture(const SwitcherPanelView&, const StageStyle&)>;
+using PaintSwitcher = std::function<Picture(const SwitcherPanelView&, const StageStyle&)>;
 
 class SwitcherWindow {
 public:
-    SwitcherWindow(OverlayStage& stage, SwitcherPainter painter);
+    SwitcherWindow(OverlayStage& stage, PaintSwitcher paint);
 
     // Pixels to a point of the panel.
     [[nodiscard]] double scale() const { return stage_.style().scale; }
@@ -24,10 +24,10 @@ public:
     void orderOut();
 
 private:
-    void paint();
+    void repaint();
 
     OverlayStage& stage_;
-    SwitcherPainter painter_;
+    PaintSwitcher paint_;
     std::unique_ptr<BorderlessWindow> window_;
     SwitcherPanelView view_;
     bool isShown_ = false;

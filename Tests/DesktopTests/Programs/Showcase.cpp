@@ -73,9 +73,11 @@ public:
     // False when a command left no trace in the log.
     bool run() {
         takePicture("start");
+        showOverlay();
         for (const auto& [name, key, glyph, command] : steps) {
             show(name, key, glyph, command);
         }
+        showSwitcher();
         fs::copy_file(KartoProcess::logPath(desktop_), folder_ / "karto-check.log");
         say(fmt::format("\nPictures and karto-check.log are in {}", fs::absolute(folder_).string()));
         return isComplete_;
@@ -122,17 +124,28 @@ private:
              "0"}));
     }
 
+    // What the desktop's menus would say of the program whose windows are called `name`.
+    void install(const std::string& name, const std::string& title, const std::string& icon) {
+        const fs::path entries = desktop_.home() / ".local/share/applications";
+        fs::create_directories(entries);
+        std::ofstream(entries / (name + ".desktop"))
+            << fmt::format("[Desktop Entry]\nType=Application\nName={}\nIcon={}\nExec=true\n", title, icon);
+    }
+
     void openTerminal(const std::string& name, const std::string& place, const std::string& colours,
                       const std::string& command) {
         const std::size_t comma = colours.find(',');
         windows_.emplace_back(desktop_, name,
                               std::vector<std::string>{
-                                  "xterm", "-name", name, "-title", name, "-fa", "DejaVu Sans Mono", "-fs",
+                                  "xterm", "-name", name, "-class", name, "-title", name, "-fa", "DejaVu Sans Mono", "-fs",
                                   "11", "-geometry", place, "-bg", colours.substr(0, comma), "-fg",
                                   colours.substr(comma + 1), "-e", "sh", "-c", command + "; exec sleep 1d"});
     }
 
     void openWindows() {
+        install("configuration", "Viewer", "text-x-generic");
+        install("terminal", "Terminal", "utilities-terminal");
+        install("notes", "Notes", "accessories-text-editor");
         // These two never take the focus.
         companions_.push_back(desktop_.start({"xclock", "-geometry", "320x320+1400+560", "-bg", "#f3efe6"}));
         companions_.push_back(desktop_.start({"xeyes", "-geometry", "380x260+2100+1300"}));
@@ -158,6 +171,36 @@ private:
         say(fmt::format("    log     {}", line.value_or("nothing")));
         say(fmt::format("    frame   {}   ->   {}", text(before), text(x.frameOf(window))));
         takePicture(name);
+    }
+
+    void showOverlay() {
+        keys_->holdHyper();
+        require("the overlay",
+                [&] { return desktop_.x().unmanagedFrames("karto").size() == displays.size(); });
+        say("\nhyper held   the zones of both displays");
+        takePicture("overlay");
+        keys_->releaseHyper();
+        require("no overlay", [&] { return desktop_.x().unmanagedFrames("karto").empty(); });
+    }
+
+    void showSwitcher() {
+        for (const Application& window : windows_) {
+            window.activate();
+            keys_->chord("AE01");
+            isComplete_ = isComplete_ && karto_->log().next("command moveToZone(1):");
+        }
+        keys_->holdHyper();
+        keys_->tap("TAB");
+        const auto opened = karto_->log().next("switcher:");
+        say("\nhyper + ⇥   the windows of the zone");
+        say(fmt::format("    log     {}", opened.value_or("nothing")));
+        takePicture("switcher");
+        keys_->releaseHyper();
+        const auto raised = karto_->log().next("switcher: raised");
+        say("\nhyper released   the selected window comes to the front");
+        say(fmt::format("    log     {}", raised.value_or("nothing")));
+        takePicture("switched");
+        isComplete_ = isComplete_ && opened && raised;
     }
 
     void takePicture(std::string name) {

@@ -142,14 +142,8 @@ void PrivateDesktop::defineOutputs() {
     for (std::size_t i = 0; i < outputs_.size(); ++i) {
         const Rect& area = outputs_[i].area;
         nameOutput(connector(i), outputs_[i].name);
-        // The timings beyond the visible part mean nothing to a card that drives no cable.
-        const std::string mode = modeName(area);
-        const auto text = [](double value) { return fmt::format("{}", value); };
-        run({"xrandr", "--newmode", mode, "80", text(area.width), text(area.width + 8), text(area.width + 16),
-             text(area.width + 24), text(area.height), text(area.height + 1), text(area.height + 2),
-             text(area.height + 3)});
-        run({"xrandr", "--addmode", connector(i), mode});
-        layout_.insert(layout_.end(), {"--output", connector(i), "--mode", mode, "--pos",
+        addMode(connector(i), area);
+        layout_.insert(layout_.end(), {"--output", connector(i), "--mode", modeName(area), "--pos",
                                        fmt::format("{}x{}", area.x, area.y)});
         if (i == 0) {
             layout_.emplace_back("--primary");
@@ -192,19 +186,47 @@ void PrivateDesktop::arrange(const std::vector<std::string>& layout) {
     run({"xrandr", "--query"});
 }
 
-bool PrivateDesktop::setConnected(const std::string& outputName, bool connected) {
+void PrivateDesktop::addMode(const std::string& connectorName, const Rect& area) {
+    // The timings beyond the visible part mean nothing to a card that drives no cable.
+    const auto text = [](double value) { return fmt::format("{}", value); };
+    run({"xrandr", "--newmode", modeName(area), "80", text(area.width), text(area.width + 8),
+         text(area.width + 16), text(area.width + 24), text(area.height), text(area.height + 1),
+         text(area.height + 2), text(area.height + 3)});
+    run({"xrandr", "--addmode", connectorName, modeName(area)});
+}
+
+std::size_t PrivateDesktop::indexOf(const std::string& outputName) const {
     const auto output = std::ranges::find(outputs_, outputName, &Output::name);
-    if (!hasOutputs_ || output == outputs_.end()) {
-        return false;
+    if (output == outputs_.end()) {
+        throw std::runtime_error("no output named " + outputName);
     }
-    const std::string name = connector(std::size_t(output - outputs_.begin()));
+    return std::size_t(output - outputs_.begin());
+}
+
+void PrivateDesktop::setConnected(const std::string& outputName, bool connected) {
+    const std::size_t index = indexOf(outputName);
+    const Rect& area = outputs_[index].area;
     if (connected) {
-        arrange({"xrandr", "--output", name, "--mode", modeName(output->area), "--pos",
-                 fmt::format("{}x{}", output->area.x, output->area.y)});
+        arrange({"xrandr", "--output", connector(index), "--mode", modeName(area), "--pos",
+                 fmt::format("{}x{}", area.x, area.y)});
     } else {
-        arrange({"xrandr", "--output", name, "--off"});
+        arrange({"xrandr", "--output", connector(index), "--off"});
     }
-    return true;
+}
+
+void PrivateDesktop::resize(const std::string& outputName, const Size& size) {
+    const std::size_t index = indexOf(outputName);
+    Rect& area = outputs_[index].area;
+    area.width = size.width;
+    area.height = size.height;
+    addMode(connector(index), area);
+    arrange({"xrandr", "--output", connector(index), "--mode", modeName(area)});
+}
+
+void PrivateDesktop::rename(const std::string& outputName, const std::string& newName) {
+    const std::size_t index = indexOf(outputName);
+    outputs_[index].name = newName;
+    nameOutput(connector(index), newName);
 }
 
 Environment PrivateDesktop::environment() const {

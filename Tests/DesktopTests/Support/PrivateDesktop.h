@@ -54,8 +54,15 @@ public:
     // Runs a program to its end; throws when it fails.
     void run(const std::vector<std::string>& arguments);
 
-    // Plugs an output in or out; false on a server whose outputs are fixed.
-    [[nodiscard]] bool setConnected(const std::string& outputName, bool connected);
+    // A server whose outputs are fixed knows none of the following.
+    [[nodiscard]] bool hasOutputs() const { return hasOutputs_; }
+
+    // Plugs an output in or out.
+    void setConnected(const std::string& outputName, bool connected);
+    // Another resolution, or another orientation.
+    void resize(const std::string& outputName, const Size& size);
+    // Another display in the place of one; the output is known by its new name from here on.
+    void rename(const std::string& outputName, const std::string& newName);
 
     void screenshot(const std::filesystem::path& file);
 
@@ -65,6 +72,8 @@ private:
     void defineOutputs();
     void defineMonitors();
     void arrange(const std::vector<std::string>& layout);
+    void addMode(const std::string& connector, const Rect& area);
+    [[nodiscard]] std::size_t indexOf(const std::string& outputName) const;
     void nameOutput(const std::string& connector, const std::string& name);
 
     std::vector<Output> outputs_;

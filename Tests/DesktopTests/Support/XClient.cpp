@@ -3,6 +3,7 @@
 #include "Support/Waiting.h"
 
 #include <algorithm>
+#include <span>
 
 namespace karto::desktop {
 
@@ -88,18 +89,41 @@ std::optional<Rect> XClient::frameOf(xcb_window_t window) const {
                 .height = area->height + top + bottom};
 }
 
+bool XClient::isNamed(xcb_window_t window, const std::string& name) const {
+    const auto cookie = xcb_get_property(connection(), 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256);
+    const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection(), cookie, nullptr));
+    // The instance ends at the first zero byte.
+    return reply && reply->value_len > 0 &&
+           name == static_cast<const char*>(xcb_get_property_value(reply.get()));
+}
+
 std::optional<xcb_window_t> XClient::clientNamed(const std::string& name) const {
     const auto clients = property(root(), "_NET_CLIENT_LIST");
-    const auto isNamed = [&](xcb_window_t window) {
-        const auto cookie =
-            xcb_get_property(connection(), 0, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, 0, 256);
-        const Reply<xcb_get_property_reply_t> reply(xcb_get_property_reply(connection(), cookie, nullptr));
-        // The instance ends at the first zero byte.
-        return reply && reply->value_len > 0 &&
-               name == static_cast<const char*>(xcb_get_property_value(reply.get()));
-    };
-    const auto found = std::ranges::find_if(clients, isNamed);
+    const auto found =
+        std::ranges::find_if(clients, [&](xcb_window_t window) { return isNamed(window, name); });
     return found == clients.end() ? std::nullopt : std::optional(*found);
+}
+
+std::vector<Rect> XClient::unmanagedFrames(const std::string& name) const {
+    const Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection(), xcb_query_tree(connection(), root()), nullptr));
+    const std::span children(xcb_query_tree_children(tree.get()),
+                             std::size_t(xcb_query_tree_children_length(tree.get())));
+    std::vector<Rect> frames;
+    for (const xcb_window_t window : children) {
+        const auto cookie = xcb_get_window_attributes(connection(), window);
+        const Reply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(connection(), cookie, nullptr));
+        const bool isShown = attributes && attributes->override_redirect != 0 &&
+                             attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
+                             attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
+        const auto area = isShown && isNamed(window, name) ? clientArea(window) : std::nullopt;
+        if (area) {
+            frames.push_back(*area);
+        }
+    }
+    std::ranges::sort(frames, {}, &Rect::x);
+    return frames;
 }
 
 std::optional<xcb_window_t> XClient::clientOf(pid_t pid) const {

@@ -55,6 +55,10 @@ public:
     [[nodiscard]] std::optional<xcb_window_t> clientOf(pid_t pid) const;
     [[nodiscard]] xcb_window_t activeWindow() const;
 
+    // The frames of the windows on the screen that no window manager manages, of the program whose WM_CLASS
+    // instance is `name`, from left to right.
+    [[nodiscard]] std::vector<Rect> unmanagedFrames(const std::string& name) const;
+
     // Requests to the window manager; they return before it has acted.
     void activate(xcb_window_t window) const;
     void place(xcb_window_t window, const Rect& frame) const;
@@ -73,6 +77,8 @@ private:
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
+    // The instance of its WM_CLASS.
+    [[nodiscard]] bool isNamed(xcb_window_t window, const std::string& name) const;
     [[nodiscard]] std::optional<Rect> clientArea(xcb_window_t window) const;
     void askManager(xcb_window_t window, const std::string& message,
                     const std::array<std::uint32_t, 5>& items) const;

@@ -1,0 +1,253 @@
+#include "DesktopTest.h"
+
+#include <fmt/format.h>
+#include <gmock/gmock.h>
+
+#include <fstream>
+
+namespace karto::desktop {
+
+namespace {
+
+// Hyper without Shift, which is thus an extra modifier.
+const std::string threeModifiers = "\n[hotkeys]\nmodifiers = [\"control\", \"option\", \"command\"]\n";
+
+class OverlayTest : public DesktopTest {
+protected:
+    explicit OverlayTest(const std::vector<Output>& outputs = studioAndTower)
+        : DesktopTest("openbox", outputs) {
+        keys.hyper = {"LWIN", "LCTL", "LALT"};
+        configure(sampleConfiguration);
+    }
+
+    void configure(const std::string& layouts) {
+        KartoProcess::writeConfiguration(desktop, layouts + threeModifiers);
+    }
+
+    testing::AssertionResult shows(const std::vector<Rect>& frames) {
+        std::vector<Rect> shown;
+        const bool fitted = eventually([&] {
+            shown = desktop.x().unmanagedFrames("karto");
+            return shown.size() == frames.size() && std::ranges::equal(shown, frames, fits);
+        });
+        if (fitted) {
+            return testing::AssertionSuccess();
+        }
+        auto failure = testing::AssertionFailure() << "the overlay shows on";
+        for (const Rect& frame : shown) {
+            failure << fmt::format(" ({}, {}, {}, {})", frame.x, frame.y, frame.width, frame.height);
+        }
+        return failure;
+    }
+
+    testing::AssertionResult showsWhileHeld(const std::vector<Rect>& frames, const std::string& picture) {
+        keys.holdHyper();
+        auto result = shows(frames);
+        takePicture(picture);
+        keys.releaseHyper();
+        const auto gone = shows({});
+        return result ? gone : result;
+    }
+
+    const std::vector<Rect> everywhere{zone::studio, zone::tower};
+};
+
+struct Look {
+    std::string scale;
+    bool isComposited = false;
+};
+
+class OverlayLookTest : public OverlayTest, public testing::WithParamInterface<Look> {};
+
+const std::string busy = R"([profile]
+name = "Busy"
+
+[overlay]
+numberSize = 240
+
+[[display]]
+name = "Studio"
+orientation = "landscape"
+split = { axis = "vertical", at = 0.97, first = { split = { axis = "horizontal", at = 0.3333, first = {}, second = {} } }, second = { split = { axis = "horizontal", at = 0.95, first = {}, second = {} } } }
+)";
+
+} // namespace
+
+// Pictures of it, at every scale, with and without a compositor.
+TEST_P(OverlayLookTest, showsOnEveryDisplayWhileHyperIsHeld) {
+    std::unique_ptr<ChildProcess> compositor;
+    if (GetParam().isComposited) {
+        compositor = std::make_unique<ChildProcess>(
+            desktop.start({"picom", "--backend", "xrender", "--config", "/dev/null"}));
+    }
+    const Application window = Application::terminal(desktop, "terminal");
+    launchKarto({{"QT_SCALE_FACTOR", GetParam().scale}});
+    karto->waitForBanner();
+    EXPECT_TRUE(showsWhileHeld(everywhere, "zones"));
+    EXPECT_EQ(desktop.x().activeWindow(), window.window());
+    configure(busy);
+    EXPECT_TRUE(karto->log().next("profile \"Busy\""));
+    EXPECT_TRUE(showsWhileHeld(everywhere, "tiny zones, large numbers, and a message"));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Looks, OverlayLookTest,
+    testing::Values(Look{.scale = "1", .isComposited = true}, Look{.scale = "1", .isComposited = false},
+                    Look{.scale = "1.5", .isComposited = true}, Look{.scale = "1.5", .isComposited = false},
+                    Look{.scale = "2", .isComposited = true}, Look{.scale = "2", .isComposited = false}),
+    [](const testing::TestParamInfo<Look>& look) {
+        std::string name = "scale" + look.param.scale;
+        std::ranges::replace(name, '.', '_');
+        return name + (look.param.isComposited ? "composited" : "plain");
+    });
+
+TEST_F(OverlayTest, goesWithAnyChangeOfTheModifiersAndComesBack) {
+    startKarto();
+    keys.holdHyper();
+    EXPECT_TRUE(shows(everywhere));
+    keys.press("LFSH");
+    EXPECT_TRUE(shows({}));
+    keys.release("LFSH");
+    EXPECT_TRUE(shows(everywhere));
+    keys.release("LCTL");
+    EXPECT_TRUE(shows({}));
+    keys.press("LCTL");
+    EXPECT_TRUE(shows(everywhere));
+    keys.tap("AE01");
+    EXPECT_TRUE(karto->log().next("command moveToZone(1): no focused window"));
+    EXPECT_TRUE(shows(everywhere));
+    keys.releaseHyper();
+    EXPECT_TRUE(shows({}));
+}
+
+TEST_F(OverlayTest, doesNotStickWhenTheReleaseHappensOutOfItsSight) {
+    startKarto();
+    keys.holdHyper();
+    EXPECT_TRUE(shows(everywhere));
+    // Another program has the server for itself.
+    xcb_grab_server(desktop.x().connection());
+    keys.releaseHyper();
+    xcb_ungrab_server(desktop.x().connection());
+    EXPECT_TRUE(shows({}));
+
+    // Another program has the keyboard for itself, as a locked screen does.
+    keys.holdHyper();
+    EXPECT_TRUE(shows(everywhere));
+    const auto grab = xcb_grab_keyboard(desktop.x().connection(), 0, desktop.x().root(), XCB_CURRENT_TIME,
+                                        XCB_GRAB_MODE_ASYNC, XCB_GRAB_MODE_ASYNC);
+    const Reply<xcb_grab_keyboard_reply_t> grabbed(
+        xcb_grab_keyboard_reply(desktop.x().connection(), grab, nullptr));
+    ASSERT_TRUE(grabbed && grabbed->status == XCB_GRAB_STATUS_SUCCESS);
+    keys.releaseHyper();
+    EXPECT_TRUE(shows({}));
+    xcb_ungrab_keyboard(desktop.x().connection(), XCB_CURRENT_TIME);
+
+    // The keyboard becomes another one.
+    keys.holdHyper();
+    EXPECT_TRUE(shows(everywhere));
+    desktop.run({"setxkbmap", "fr"});
+    keys.releaseHyper();
+    EXPECT_TRUE(shows({}));
+}
+
+TEST_F(OverlayTest, followsTheDisplaysWhileHiddenArmedAndShowing) {
+    if (!desktop.hasOutputs()) {
+        GTEST_SKIP() << "the outputs of this server are fixed";
+    }
+    startKarto();
+    EXPECT_TRUE(showsWhileHeld(everywhere, "both displays"));
+    desktop.setConnected("Tower", false);
+    // Changes reach the program in their own time.
+    EXPECT_TRUE(eventually([&] {
+        keys.holdHyper();
+        const bool isAlone =
+            eventually([&] { return desktop.x().unmanagedFrames("karto") == std::vector{zone::studio}; }, 1s);
+        keys.releaseHyper();
+        return isAlone;
+    }));
+
+    keys.holdHyper();
+    EXPECT_TRUE(shows({zone::studio}));
+    desktop.setConnected("Tower", true);
+    EXPECT_TRUE(shows({}));
+    keys.releaseHyper();
+    EXPECT_TRUE(showsWhileHeld(everywhere, "connected again"));
+
+    keys.holdHyper();
+    desktop.resize("Studio", {.width = 800, .height = 1100});
+    EXPECT_TRUE(shows({}));
+    keys.releaseHyper();
+    EXPECT_TRUE(showsWhileHeld({{.x = 0, .y = 0, .width = 800, .height = 1100}, zone::tower},
+                               "turned, so that no layout fits"));
+
+    desktop.rename("Tower", "Steeple");
+    EXPECT_TRUE(eventually([&] {
+        keys.holdHyper();
+        const bool isShown = eventually([&] { return !desktop.x().unmanagedFrames("karto").empty(); }, 1s);
+        takePicture("renamed, so that no layout fits");
+        keys.releaseHyper();
+        return isShown && shows({});
+    }));
+}
+
+TEST_F(OverlayTest, saysWhyADisplayHasNoZones) {
+    configure("[profile]\nname = \"Half\"\n[[display]]\nname = \"Studio\"\norientation = \"landscape\"\n");
+    startKarto();
+    EXPECT_TRUE(showsWhileHeld(everywhere, "no layout for Tower"));
+    configure("[profile\n");
+    EXPECT_TRUE(karto->log().next("config reload: "));
+    EXPECT_TRUE(showsWhileHeld(everywhere, "a broken configuration"));
+    std::filesystem::remove(KartoProcess::configurationPath(desktop));
+    keys.hyper = {"LFSH", "LWIN", "LCTL", "LALT"};
+    startKarto();
+    EXPECT_TRUE(showsWhileHeld(everywhere, "no configuration"));
+}
+
+TEST_F(OverlayTest, followsACompositorThatComesAndGoes) {
+    startKarto();
+    keys.holdHyper();
+    EXPECT_TRUE(shows(everywhere));
+    takePicture("before");
+    {
+        const ChildProcess compositor =
+            desktop.start({"picom", "--backend", "xrender", "--config", "/dev/null"});
+        require("the compositor", [&] {
+            const auto owner =
+                xcb_get_selection_owner(desktop.x().connection(), desktop.x().atom("_NET_WM_CM_S0"));
+            const Reply<xcb_get_selection_owner_reply_t> reply(
+                xcb_get_selection_owner_reply(desktop.x().connection(), owner, nullptr));
+            return reply && reply->owner != XCB_WINDOW_NONE;
+        });
+        EXPECT_TRUE(shows(everywhere));
+        takePicture("meanwhile");
+    }
+    EXPECT_TRUE(shows(everywhere));
+    takePicture("after");
+    keys.releaseHyper();
+    EXPECT_TRUE(shows({}));
+}
+
+class TwinsTest : public OverlayTest {
+protected:
+    TwinsTest()
+        : OverlayTest({{.name = "Studio", .area = {.x = 0, .y = 0, .width = 1280, .height = 800}},
+                       {.name = "Studio", .area = {.x = 1280, .y = 0, .width = 600, .height = 500}}}) {}
+};
+
+TEST_F(TwinsTest, displaysThatShareANameHaveAnOverlayEach) {
+    if (!desktop.hasOutputs()) {
+        GTEST_SKIP() << "the monitors of this server cannot share a name";
+    }
+    panel.signal(SIGKILL);
+    panel.waitForExit();
+    startKarto();
+    EXPECT_TRUE(eventually([&] {
+        keys.holdHyper();
+        const bool both = eventually([&] { return desktop.x().unmanagedFrames("karto").size() == 2; }, 1s);
+        takePicture("twins");
+        keys.releaseHyper();
+        return both;
+    }));
+}
+
+} // namespace karto::desktop
