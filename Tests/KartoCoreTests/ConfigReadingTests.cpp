@@ -7,6 +7,8 @@
 #include <cmath>
 #include <cstdint>
 #include <limits>
+#include <string>
+#include <string_view>
 
 namespace karto {
 
@@ -31,6 +33,15 @@ std::string repeated(std::string_view part, std::size_t count) {
 
 std::string inlineTree(std::size_t splits) {
     return repeated("split={axis='vertical',at=0.5,second={},first={", splits) + repeated("}}", splits);
+}
+
+// 0, 1, 2, ... each between the two parts.
+std::string numbered(std::string_view before, std::string_view after, std::size_t count) {
+    std::string text;
+    for (std::size_t i = 0; i < count; ++i) {
+        text.append(before).append(std::to_string(i)).append(after);
+    }
+    return text;
 }
 
 // A tree as one table header after the other, outermost split first.
@@ -183,6 +194,7 @@ TEST(ConfigReading, treesNestNoDeeperThanAllowed) {
 
 TEST(ConfigReading, noTextIsTooMuch) {
     const std::string nested = "tables and arrays are nested deeper than 256 levels in line 2";
+    const std::string tables = "the text names too many tables by line ";
     const std::vector<std::pair<std::string, std::string>> table{
         {"\na = " + repeated("[", 500'000), nested},
         {"\n" + repeated("a={", 300'000), nested},
@@ -190,10 +202,14 @@ TEST(ConfigReading, noTextIsTooMuch) {
         {"\n[[" + repeated("a.", 500'000) + "a]]", nested},
         {"\ndisplays." + repeated("a . ", 250'000) + "a = 1", nested},
         {repeated("x", maximumConfigBytes + 1),
-         "the text is longer than 2097152 bytes, more than any configuration needs"},
+         "the text is longer than 10485760 bytes, more than any configuration needs"},
+        {numbered("[a", ".b]\n", 100'000) + numbered("[a", "]\n", 100'000), tables},
+        {numbered("a", ".b=1\n", 50'000) + numbered("a0.c", "=1\n", 50'000), tables},
+        {"a=[{a.b=1" + numbered(",a.c", "=1", 100'000) + "}]", tables + "1"},
+        {numbered("[[a", "]]\n", 30'000) + numbered("[a1.b", "]\n", 60'000), tables},
     };
     for (const auto& [text, failure] : table) {
-        EXPECT_EQ(failureOf(text), failure) << text.substr(0, 20);
+        EXPECT_TRUE(failureOf(text).starts_with(failure)) << text.substr(0, 20) << failureOf(text);
     }
 }
 
@@ -207,6 +223,7 @@ TEST(ConfigReading, whatOnlyLooksNestedReads) {
         "'" + brackets + "' = ''",
         "# " + brackets,
         "a = [" + repeated("1.5,\n{b.c = 1.5},", 300) + "]",
+        numbered("a", " = 1.5\n", 100'000),
         repeated("[[a.b.c]]\nd.e = 1.5\n", 300),
     };
     for (const std::string& text : texts) {

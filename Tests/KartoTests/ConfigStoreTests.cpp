@@ -226,7 +226,7 @@ const std::map<std::string, UnusableFile> unusableFiles{
               writeFile(path, configText(1));
               fs::resize_file(path, maximumConfigBytes + 1);
           },
-      .error = "it is larger than 2097152 bytes"}},
+      .error = "it is larger than 10485760 bytes"}},
 };
 
 TEST(ConfigStore, theLastGoodConfigurationStaysInForceUntilTheFileIsRepaired) {
