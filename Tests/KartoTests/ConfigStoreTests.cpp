@@ -378,7 +378,10 @@ TEST(ConfigStore, aKillAtAnyMomentLeavesTheConfigurationAndItsBackupWhole) {
         EXPECT_THAT(readFile(started.path), isWhole);
         EXPECT_THAT(readFile(started.backup), isWhole);
     }
-    // The next writes sweep away what the crashes left.
+    // Once it is old, the next writes sweep away what the crashes left.
+    for (const auto& entry : fs::directory_iterator(started.folder.path())) {
+        fs::last_write_time(entry, fs::last_write_time(entry) - 1h);
+    }
     ASSERT_TRUE(started.store->save(configOf(1)));
     started.store->takeSnapshot();
     const fs::directory_iterator files(started.folder.path());

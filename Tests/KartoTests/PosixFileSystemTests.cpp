@@ -6,6 +6,7 @@
 #include <sys/stat.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <csignal>
 #include <tuple>
 #include <utility>
@@ -16,6 +17,7 @@ namespace karto::testing {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;
 
@@ -97,11 +99,21 @@ TEST_F(PosixFileSystemTest, aNewFileFollowsTheUmask) {
 }
 
 TEST_F(PosixFileSystemTest, aWriteRemovesWhatACrashLeftOfTheSameFileAlone) {
+    const auto age = [&](const std::string& name, std::chrono::seconds seconds) {
+        fs::last_write_time(at(name), fs::last_write_time(at(name)) - seconds);
+    };
     writeFile(at(".file.karto-0123456789abcdef"), "half");
+    age(".file.karto-0123456789abcdef", 62s);
+    // Perhaps not left: another process may be about to give it its name.
+    writeFile(at(".file.karto-fedcba9876543210"), "in flight");
+    age(".file.karto-fedcba9876543210", 50s);
     writeFile(at(".file.karto-notes"), "kept");
     writeFile(at(".other.karto-0123456789abcdef"), "kept");
+    age(".file.karto-notes", 1h);
+    age(".other.karto-0123456789abcdef", 1h);
     ASSERT_TRUE(files.writeAtomically(at("file"), "new"));
-    EXPECT_THAT(names(), UnorderedElementsAre("file", ".file.karto-notes", ".other.karto-0123456789abcdef"));
+    EXPECT_THAT(names(), UnorderedElementsAre("file", ".file.karto-notes", ".file.karto-fedcba9876543210",
+                                              ".other.karto-0123456789abcdef"));
 }
 
 TEST_F(PosixFileSystemTest, aFailedWriteLeavesTheOldFileAndNothingElse) {
