@@ -1,13 +1,12 @@
 #include "Karto/Platform/Linux/PosixFileSystem.h"
+#include "Support/Restrictions.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
 #include <chrono>
-#include <csignal>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -20,29 +19,6 @@ namespace fs = std::filesystem;
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;
-
-// Permissions mean nothing to root, which tests in a container often are.
-template<typename Act>
-auto asOrdinaryUser(const Act& act) {
-    const auto user = ::geteuid();
-    EXPECT_EQ(::seteuid(user == 0 ? 65'534 : user), 0);
-    const auto result = act();
-    EXPECT_EQ(::seteuid(user), 0);
-    return result;
-}
-
-template<typename Act>
-auto withFilesUpTo(rlim_t bytes, const Act& act) {
-    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{.rlim_cur = bytes, .rlim_max = before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    const auto result = act();
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    return result;
-}
 
 FileError otherError(const std::string& message) {
     return {.kind = FileError::Kind::other, .message = message};
@@ -119,9 +95,9 @@ TEST_F(PosixFileSystemTest, aWriteRemovesWhatACrashLeftOfTheSameFileAlone) {
 TEST_F(PosixFileSystemTest, aFailedWriteLeavesTheOldFileAndNothingElse) {
     writeFile(at("file"), "old");
     const auto write = [&] { return files.writeAtomically(at("file"), std::string(200'000, 'x')); };
-    EXPECT_EQ(withFilesUpTo(100'000, write).error(), otherError("file too large"));
+    EXPECT_EQ((FullDisk(100'000), write()).error(), otherError("file too large"));
     ::chmod(folder.path().c_str(), 0555);
-    EXPECT_EQ(asOrdinaryUser(write).error(), otherError("permission denied"));
+    EXPECT_EQ((OrdinaryUser(), write()).error(), otherError("permission denied"));
     ::chmod(folder.path().c_str(), 0755);
     EXPECT_EQ(readFile(at("file")), "old");
     EXPECT_THAT(names(), ElementsAre("file"));
@@ -152,8 +128,7 @@ TEST_F(PosixFileSystemTest, readsUpToTheGivenSizeAndSaysWhyNot) {
               (FileError{.kind = FileError::Kind::notFound, .message = "no such file or directory"}));
     ::chmod(folder.path().c_str(), 0755);
     ::chmod(at("file").c_str(), 0);
-    EXPECT_EQ(asOrdinaryUser([&] { return files.read(at("file"), 5); }).error(),
-              otherError("permission denied"));
+    EXPECT_EQ((OrdinaryUser(), files.read(at("file"), 5)).error(), otherError("permission denied"));
 }
 
 TEST_F(PosixFileSystemTest, appendsAtTheEndOfAPrivateFile) {

@@ -24,9 +24,9 @@ std::unexpected<SaveError> invalid(std::string message) {
         SaveError{.message = std::move(message), .kind = SaveError::Kind::invalidConfiguration});
 }
 
-std::unexpected<SaveError> notWritten(FileError error) {
-    return std::unexpected(
-        SaveError{.message = std::move(error.message), .kind = SaveError::Kind::notWritten});
+std::unexpected<SaveError> notWritten(std::string_view path, const FileError& error) {
+    return std::unexpected(SaveError{.message = fmt::format("could not write {} — {}", path, error.message),
+                                     .kind = SaveError::Kind::notWritten});
 }
 
 } // namespace
@@ -55,7 +55,10 @@ ConfigChangeEvent ConfigStore::reload() {
     }
     // A missing file is no error to show.
     const auto& error = lastRead_.error();
-    return fail(error.kind == FileError::Kind::notFound ? std::nullopt : std::optional(error.message));
+    if (error.kind == FileError::Kind::notFound) {
+        return fail(std::nullopt);
+    }
+    return fail(fmt::format("could not read {} — {}", path_, error.message));
 }
 
 ConfigChangeEvent ConfigStore::take(const std::string& bytes) {
@@ -103,11 +106,11 @@ std::expected<void, SaveError> ConfigStore::save(const KartoConfig& config) {
     }
     const auto target = resolvedPath();
     const auto folder = std::filesystem::path(target).parent_path();
-    if (auto created = files_.createDirectories(folder); !created) {
-        return notWritten(std::move(created).error());
+    if (const auto created = files_.createDirectories(folder); !created) {
+        return notWritten(target, created.error());
     }
-    if (auto written = files_.writeAtomically(target, text); !written) {
-        return notWritten(std::move(written).error());
+    if (const auto written = files_.writeAtomically(target, text); !written) {
+        return notWritten(target, written.error());
     }
     pendingOwnWrite_ = std::move(text);
     current_ = std::make_shared<const KartoConfig>(config);
