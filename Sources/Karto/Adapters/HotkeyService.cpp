@@ -76,10 +76,11 @@ bool HotkeyService::holds(const HotKey& hotKey) const {
 
 bool HotkeyService::claim(const HotKey& hotKey) {
     auto registration = center_.registerHotKey(hotKey);
-    if (registration) {
-        claims_.push_back({.hotKey = hotKey, .registration = *std::move(registration)});
+    if (!registration) {
+        return false;
     }
-    return registration.has_value();
+    claims_.push_back({.hotKey = hotKey, .registration = *std::move(registration)});
+    return true;
 }
 
 void HotkeyService::pressed(std::uint32_t id) const {
