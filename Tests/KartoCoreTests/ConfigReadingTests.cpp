@@ -74,10 +74,11 @@ TEST(ConfigReading, takesEverySectionAsWritten) {
     EXPECT_EQ(config->displays, displays);
     const std::map<std::string, std::string> keys{{"expandZone", "k"}, {"odd", ""}};
     EXPECT_EQ(config->hotkeys, (HotkeysConfig{.modifiers = {"shift", "shift", "x"}, .keys = keys}));
-    EXPECT_EQ(config->overlay->delay, 2);
-    EXPECT_TRUE(std::signbit(*config->overlay->backgroundOpacity));
-    EXPECT_TRUE(std::isnan(*config->overlay->numberSize));
-    EXPECT_EQ(config->overlay->color, "");
+    const auto overlay = config->overlay.value_or(OverlayConfig());
+    EXPECT_EQ(overlay.delay, 2);
+    EXPECT_TRUE(std::signbit(overlay.backgroundOpacity.value_or(0)));
+    EXPECT_TRUE(std::isnan(overlay.numberSize.value_or(0)));
+    EXPECT_EQ(overlay.color, "");
 }
 
 TEST(ConfigReading, absentSectionsStayAbsent) {
@@ -102,7 +103,7 @@ TEST(ConfigReading, theFirstFailureNamesItsPlace) {
         {start + "[[display]]", "missing \"name\" at display.Index 0"},
         {studio + "[[display]]\nname=''", "missing \"orientation\" at display.Index 1"},
         {start + "[[display]]\nname=''\norientation='Landscape'\norder=''",
-         "expected \"landscape\" or \"portrait\", found \"Landscape\" at display.Index 0.orientation"},
+         R"(expected "landscape" or "portrait", found "Landscape" at display.Index 0.orientation)"},
         {studio + "order = 1.5",
          "expected an integer, found a floating-point number at display.Index 0.order"},
         {studio + "order = 9223372036854775808.0",
@@ -110,7 +111,7 @@ TEST(ConfigReading, theFirstFailureNamesItsPlace) {
         {studio + "split = []", "expected a table, found an array" + inSplit},
         {studio + "split = {}", "missing \"axis\"" + inSplit},
         {studio + "split = {axis='diagonal'}",
-         "expected \"vertical\" or \"horizontal\", found \"diagonal\"" + inSplit + ".axis"},
+         R"(expected "vertical" or "horizontal", found "diagonal")" + inSplit + ".axis"},
         {studio + "split = {axis='vertical'}", "missing \"at\"" + inSplit},
         {studio + "split = {axis='vertical', at='0.5'}",
          "expected a number, found a string" + inSplit + ".at"},
@@ -139,7 +140,7 @@ TEST(ConfigReading, textThatIsNotTomlIsRefusedWithItsPlace) {
         "= 1",
         "a = ",
         "a = 'x",
-        "a = \"\"\"x",
+        R"(a = """x)",
         "a.",
         "[a",
         "[a.",
@@ -152,7 +153,7 @@ TEST(ConfigReading, textThatIsNotTomlIsRefusedWithItsPlace) {
         "a=1_",
         "\a",
         "a = 1 # \x01",
-        "\"\\ud800\" = 1",
+        R"("\ud800" = 1)",
         "a = 99-99",
         "a=-",
         "a=9223372036854775808",
@@ -217,17 +218,18 @@ TEST(ConfigReading, whatOnlyLooksNestedReads) {
     const std::string brackets = repeated("[{.", 300);
     const std::vector<std::string> texts{
         "a = '" + brackets + "'",
-        "a = \"\\\"" + brackets + "\"",
+        R"(a = "\")" + brackets + "\"",
         "a = ''''" + brackets + "\n'" + brackets + "'''''",
-        "a = \"\"\"\"" + brackets + "\\\"\"\"" + brackets + "\"\"\"\"\" # " + brackets,
+        R"(a = """")" + brackets + R"(\""")" + brackets + R"(""""" # )" + brackets,
         "'" + brackets + "' = ''",
         "# " + brackets,
         "a = [" + repeated("1.5,\n{b.c = 1.5},", 300) + "]",
         numbered("a", " = 1.5\n", 100'000),
         repeated("[[a.b.c]]\nd.e = 1.5\n", 300),
     };
+    const std::string before = studio + "[other]\n";
     for (const std::string& text : texts) {
-        EXPECT_EQ(failureOf(studio + "[other]\n" + text), "") << text.substr(0, 20);
+        EXPECT_EQ(failureOf(before + text), "") << text.substr(0, 20);
     }
 }
 
