@@ -1,4 +1,5 @@
-// Reads the key table from any bytes. Nothing may crash, and no former name outlives the renaming.
+// Reads the key table from any bytes. Nothing may crash, and the renaming of former names is complete,
+// settled after one pass, and what the list of renames says.
 
 #include "KartoCore/HotkeyNamesAsWritten.h"
 
@@ -7,11 +8,34 @@
 #include <cstdlib>
 #include <string>
 
-extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto keys = karto::readHotkeyNamesAsWritten(std::string(data, data + size)).keys;
-    const auto applied = karto::HotkeyNameMigration::applied(keys);
-    if (applied.has_value() != keys.has_value() || !karto::HotkeyNameMigration::renames(applied).empty()) {
+namespace {
+
+using namespace karto;
+using namespace karto::HotkeyNameMigration;
+
+void require(bool holds) {
+    if (!holds) {
         std::abort();
     }
+}
+
+// The table after one rename, done by hand.
+void rename(std::map<std::string, std::string>& keys, const Rename& rename) {
+    const auto old = keys.extract(rename.oldName);
+    require(!old.empty() && keys.contains(rename.newName) == rename.newNameAlsoPresent);
+    keys.try_emplace(rename.newName, old.mapped());
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    auto keys = readHotkeyNamesAsWritten(parseTomlDocument(std::string(data, data + size))).keys;
+    const auto current = applied(keys);
+    require(current.has_value() == keys.has_value());
+    require(renames(current).empty() && applied(current) == current);
+    for (const Rename& one : renames(keys)) {
+        rename(*keys, one);
+    }
+    require(keys == current);
     return 0;
 }

@@ -67,6 +67,7 @@ void Startup::configChanged() {
 }
 
 void Startup::keyboardChanged() {
+    services_.hotkeys.release();
     rebindHotkeys();
     reportHotkeys("hotkey registration (keyboard change)");
 }

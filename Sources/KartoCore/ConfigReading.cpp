@@ -1,14 +1,16 @@
 #include "KartoCore/ConfigReading.h"
 
 #include "KartoCore/HotkeyNameMigration.h"
-#include "KartoCore/TomlDocument.h"
+#include "KartoCore/TomlTables.h"
 
 #include <fmt/format.h>
-#include <fmt/ranges.h>
 
 #include <array>
 #include <cmath>
+#include <cstdint>
+#include <string>
 #include <utility>
+#include <vector>
 
 namespace karto {
 
@@ -275,25 +277,24 @@ private:
 
 } // namespace
 
-std::string ReadFailure::describe() const {
-    const std::string what = kind == Kind::missingKey ? fmt::format("missing \"{}\"", key) : description;
-    return path.empty() ? what : fmt::format("{} at {}", what, fmt::join(path, "."));
-}
-
-std::expected<KartoConfig, ReadFailure> readConfig(std::string_view bytes) {
-    const auto document = parseTomlDocument(bytes);
+std::expected<KartoConfig, ReadFailure> readConfig(const TomlDocument& document) {
     if (!document) {
         return std::unexpected(document.error());
     }
+    const toml::table& root = (*document)->root;
     DocumentReader reader;
-    KartoConfig config{.profileName = reader.profileName(*document),
-                       .displays = reader.displays(*document),
-                       .hotkeys = reader.hotkeys(*document),
-                       .overlay = reader.overlay(*document)};
+    KartoConfig config{.profileName = reader.profileName(root),
+                       .displays = reader.displays(root),
+                       .hotkeys = reader.hotkeys(root),
+                       .overlay = reader.overlay(root)};
     if (const auto& failure = reader.failure()) {
         return std::unexpected(*failure);
     }
     return config;
+}
+
+std::expected<KartoConfig, ReadFailure> readConfig(std::string_view bytes) {
+    return readConfig(parseTomlDocument(bytes));
 }
 
 } // namespace karto

@@ -1,15 +1,14 @@
 #include "KartoCore/HotkeyNamesAsWritten.h"
 
-#include "KartoCore/TomlDocument.h"
+#include "KartoCore/TomlTables.h"
 
 namespace karto {
 
-HotkeyNamesAsWritten readHotkeyNamesAsWritten(std::string_view bytes) {
-    const auto document = parseTomlDocument(bytes);
+HotkeyNamesAsWritten readHotkeyNamesAsWritten(const TomlDocument& document) {
     if (!document) {
         return {};
     }
-    const toml::table* const table = (*document)["hotkeys"]["keys"].as_table();
+    const toml::table* const table = (*document)->root["hotkeys"]["keys"].as_table();
     if (table == nullptr) {
         return {};
     }

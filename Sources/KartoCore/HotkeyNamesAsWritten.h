@@ -3,8 +3,7 @@
 // current ones, so that they can be reported even when the file as a whole does not read.
 
 #include "KartoCore/HotkeyNameMigration.h"
-
-#include <string_view>
+#include "KartoCore/TomlDocument.h"
 
 namespace karto {
 
@@ -15,6 +14,6 @@ struct HotkeyNamesAsWritten {
     bool operator==(const HotkeyNamesAsWritten&) const = default;
 };
 
-HotkeyNamesAsWritten readHotkeyNamesAsWritten(std::string_view bytes);
+HotkeyNamesAsWritten readHotkeyNamesAsWritten(const TomlDocument& document);
 
 } // namespace karto

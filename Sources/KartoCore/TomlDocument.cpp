@@ -1,6 +1,8 @@
 #include "KartoCore/TomlDocument.h"
 
-#include "KartoCore/TomlNesting.h"
+#include "KartoCore/LayoutTree.h"
+#include "KartoCore/TomlCost.h"
+#include "KartoCore/TomlTables.h"
 #include "KartoCore/Utf8.h"
 
 #include <fmt/format.h>
@@ -24,8 +26,11 @@ ReadFailure corrupted(std::string description) {
             .description = std::move(description)};
 }
 
+// Half a second of the parser's time. 10,000 zones as the settings write them count a tenth of it.
+constexpr std::uint64_t maximumComparisons = 2'000'000'000;
+
 // What forbids even the attempt to parse.
-std::optional<ReadFailure> refusal(std::string_view bytes) {
+std::optional<ReadFailure> refusal(std::string_view bytes, std::size_t nesting) {
     if (bytes.size() > maximumConfigBytes) {
         return corrupted(fmt::format("the text is longer than {} bytes, more than any configuration needs",
                                      maximumConfigBytes));
@@ -34,15 +39,18 @@ std::optional<ReadFailure> refusal(std::string_view bytes) {
         const auto line = std::ranges::count(bytes.substr(0, *position), '\n') + 1;
         return corrupted(fmt::format("the text is not UTF-8 in line {}", line));
     }
-    const auto excess = TomlNesting::beyond(maximumNesting, bytes);
+    const auto excess = TomlCost::beyond({.nesting = nesting, .comparisons = maximumComparisons}, bytes);
     if (!excess) {
         return std::nullopt;
     }
-    if (excess->isInLayoutTree) {
-        return nestedTooDeeply({"display"});
+    switch (excess->kind) {
+    case TomlCost::Excess::Kind::nestingOfLayoutTree: return nestedTooDeeply({"display"});
+    case TomlCost::Excess::Kind::nesting:
+        return corrupted(fmt::format("tables and arrays are nested deeper than {} levels in line {}", nesting,
+                                     excess->line));
+    case TomlCost::Excess::Kind::comparisons: break;
     }
-    return corrupted(fmt::format("tables and arrays are nested deeper than {} levels in line {}",
-                                 maximumNesting, excess->line));
+    return corrupted(fmt::format("the text names too many tables by line {}", excess->line));
 }
 
 ReadFailure syntaxFailure(const toml::parse_error& error) {
@@ -65,15 +73,21 @@ ReadFailure nestedTooDeeply(std::vector<std::string> path) {
                 fmt::format("the layout tree is nested deeper than {} levels", LayoutNode::maximumDepth)};
 }
 
-std::expected<toml::table, ReadFailure> parseTomlDocument(std::string_view bytes) {
-    if (auto refused = refusal(bytes)) {
+TomlDocument parseTomlDocument(std::string_view bytes) {
+    if (auto refused = refusal(bytes, maximumNesting)) {
         return std::unexpected(*std::move(refused));
     }
     try {
-        return toml::parse(bytes);
+        return std::make_shared<const TomlTables>(toml::parse(bytes));
     } catch (const toml::parse_error& error) {
         return std::unexpected(syntaxFailure(error));
     }
+}
+
+std::optional<ReadFailure> refusalOfWritten(std::string_view text) {
+    // The display, and two names for every split above a zone.
+    constexpr std::size_t nestingOfDeepestTree = 1 + 2 * std::size_t{LayoutNode::maximumDepth};
+    return refusal(text, nestingOfDeepestTree);
 }
 
 } // namespace karto

@@ -1,19 +1,32 @@
 #pragma once
-// The parsed TOML text of a configuration, or a sentence that says why there is none. Whatever the bytes are,
-// parsing them takes bounded time and stack.
+// The parsed TOML text of a configuration file, or a sentence that says why there is none. Whatever the bytes
+// are, parsing them takes bounded time and stack.
 
-#include "KartoCore/ConfigReading.h"
+#include "KartoCore/ReadFailure.h"
 
-#include <toml++/toml.h>
-
+#include <cstddef>
 #include <expected>
+#include <memory>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace karto {
 
-std::expected<toml::table, ReadFailure> parseTomlDocument(std::string_view bytes);
+// Room for 10,000 zones at any depth. A longer text is refused unread.
+inline constexpr std::size_t maximumConfigBytes = std::size_t{10} << 20U;
+
+// What the parser made of a text. Defined in TomlTables.h, which the readings of a document include.
+struct TomlTables;
+
+using TomlDocument = std::expected<std::shared_ptr<const TomlTables>, ReadFailure>;
+
+TomlDocument parseTomlDocument(std::string_view bytes);
+
+// Why the text that was written for a valid configuration would not be read back: it is too much, or not
+// text, or a tree is too deep.
+std::optional<ReadFailure> refusalOfWritten(std::string_view text);
 
 // A layout tree nests deeper than LayoutNode::maximumDepth at `path`.
 ReadFailure nestedTooDeeply(std::vector<std::string> path);

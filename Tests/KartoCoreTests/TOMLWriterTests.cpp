@@ -225,7 +225,27 @@ RC_GTEST_PROP(TOMLWriter, whatIsWrittenReadsBackEqual, ()) {
     RC_ASSERT(*read == config);
     RC_ASSERT(TOMLWriter::write(*read) == text);
     const auto keys = config.hotkeys ? config.hotkeys->keys : HotkeyNameMigration::KeyTable();
-    RC_ASSERT(readHotkeyNamesAsWritten(text).keys == keys);
+    RC_ASSERT(readHotkeyNamesAsWritten(parseTomlDocument(text)).keys == keys);
+}
+
+LayoutNode evenTree(int zones) {
+    return zones == 1 ? zone(10'000) : rows(1.0 / 3, evenTree(zones / 2), evenTree(zones - zones / 2));
+}
+
+LayoutNode below(int splits, const LayoutNode& node) {
+    return splits == 0 ? node : columns(1.0 / 3, zone(), below(splits - 1, node));
+}
+
+TEST(TOMLWriter, whatItWritesIsReadBackUpToTenThousandZonesAtTheGreatestDepth) {
+    // Even trees of 14 splits.
+    const KartoConfig deepest = configOf({portrait("A", below(18, evenTree(9982)))});
+    const std::string text = TOMLWriter::write(deepest);
+    EXPECT_EQ(refusalOfWritten(text), std::nullopt);
+    EXPECT_TRUE(readConfig(text) == deepest);
+
+    const KartoConfig tooDeep = configOf({portrait("A", below(19, evenTree(9982)))});
+    EXPECT_EQ(refusalOfWritten(TOMLWriter::write(tooDeep)), nestedTooDeeply({"display"}));
+    EXPECT_TRUE(refusalOfWritten(TOMLWriter::write(configOf({portrait("\xFF", {})}))));
 }
 
 TEST(HotkeyNamesAsWritten, isTolerantOfTheRestOfTheFile) {
@@ -241,7 +261,7 @@ TEST(HotkeyNamesAsWritten, isTolerantOfTheRestOfTheFile) {
         {"[hotkeys.keys]\nnextVariant='k'\n=", std::nullopt},
     };
     for (const auto& [text, keys] : table) {
-        EXPECT_EQ(readHotkeyNamesAsWritten(text).keys, keys) << text;
+        EXPECT_EQ(readHotkeyNamesAsWritten(parseTomlDocument(text)).keys, keys) << text;
     }
 }
 

@@ -7,6 +7,7 @@
 #include "Support/ManualScheduler.h"
 #include "Support/MemoryCheckLog.h"
 #include "Support/PolledDescriptors.h"
+#include "Support/Restrictions.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fmt/format.h>
@@ -113,6 +114,11 @@ const std::map<std::string, void (*)(const fs::path& path, const std::string& te
      [](const fs::path& path, const std::string& text) {
          std::ofstream(path, std::ios::app) << text.substr(fs::file_size(path));
      }},
+    {"sets the clock back",
+     [](const fs::path& path, const std::string& text) {
+         writeFile(path, text);
+         fs::last_write_time(path, fs::last_write_time(path) - 24h * text.size());
+     }},
     {"moves away and creates",
      [](const fs::path& path, const std::string& text) {
          fs::rename(path, path.native() + "~");
@@ -207,6 +213,13 @@ const std::map<std::string, UnusableFile> unusableFiles{
     {"pipe",
      {.make = [](const fs::path& path) { ::mkfifo(path.c_str(), 0600); },
       .error = "it is not a regular file"}},
+    {"unreadable",
+     {.make =
+          [](const fs::path& path) {
+              writeFile(path, configText(2));
+              fs::permissions(path, fs::perms::none);
+          },
+      .error = "config.toml — permission denied"}},
     {"no TOML", {.make = [](const fs::path& path) { writeFile(path, "[profile\n"); }, .error = ""}},
     {"no UTF-8",
      {.make = [](const fs::path& path) { writeFile(path, configText(1) + "# \xff\xfe\n"); }, .error = ""}},
@@ -226,10 +239,11 @@ const std::map<std::string, UnusableFile> unusableFiles{
               writeFile(path, configText(1));
               fs::resize_file(path, maximumConfigBytes + 1);
           },
-      .error = "it is larger than 2097152 bytes"}},
+      .error = "it is larger than 10485760 bytes"}},
 };
 
 TEST(ConfigStore, theLastGoodConfigurationStaysInForceUntilTheFileIsRepaired) {
+    const OrdinaryUser user;
     for (const auto& [name, file] : unusableFiles) {
         SCOPED_TRACE(name);
         StartedStore started;
@@ -284,21 +298,85 @@ TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
     const auto before = store.current();
     started.files.readError = {.message = "permission denied"};
     EXPECT_EQ(store.reload(), reloadFailed);
-    EXPECT_EQ(store.lastError(), "permission denied");
+    EXPECT_EQ(store.lastError(), "could not read " + started.path.native() + " — permission denied");
     started.files.readError.reset();
 
     EXPECT_EQ(store.save(KartoConfig{}).error(), (SaveError{.message = "config has no displays",
                                                             .kind = SaveError::Kind::invalidConfiguration}));
-    started.files.writeError = {.message = "no space left on device"};
-    EXPECT_EQ(store.save(configOf(2)).error(), (SaveError{.message = "no space left on device"}));
+    auto unreadable = configOf(1);
+    unreadable.profileName = "\xFF";
+    EXPECT_EQ(store.save(unreadable).error(), (SaveError{.message = "the text is not UTF-8 in line 25",
+                                                         .kind = SaveError::Kind::invalidConfiguration}));
     EXPECT_EQ(store.current(), before);
     EXPECT_EQ(readFile(started.path), configText(1));
+    started.files.writeError = {.message = "no space left on device"};
 
     store.takeSnapshot();
     EXPECT_THAT(started.log.lines, IsEmpty());
     EXPECT_EQ(store.reload(), reloadedFromDisk);
     EXPECT_THAT(started.log.lines, ElementsAre("config: could not write backup to " +
                                                started.backup.native() + " — no space left on device"));
+}
+
+struct WriteFault {
+    // Until the result goes.
+    std::shared_ptr<void> (*arise)(const fs::path& folder);
+    std::string error;
+};
+
+const std::map<std::string, WriteFault> writeFaults{
+    {"full disk",
+     {.arise = [](const fs::path&) -> std::shared_ptr<void> { return std::make_shared<FullDisk>(50); },
+      .error = "file too large"}},
+    {"read-only folder",
+     {.arise = [](const fs::path& folder) -> std::shared_ptr<void> {
+          fs::permissions(folder, fs::perms::owner_write, fs::perm_options::remove);
+          return {nullptr, [=](auto) { fs::permissions(folder, fs::perms::owner_all); }};
+      },
+      .error = "permission denied"}},
+};
+
+TEST(ConfigStore, whatCannotBeWrittenIsExplainedAndWrittenOnceItCan) {
+    const OrdinaryUser user;
+    for (const auto& [name, fault] : writeFaults) {
+        SCOPED_TRACE(name);
+        StartedStore started;
+        auto& store = *started.store;
+        auto lasting = fault.arise(started.folder.path());
+        EXPECT_EQ(store.save(configOf(2)).error(),
+                  (SaveError{.message = "could not write " + started.path.native() + " — " + fault.error}));
+        EXPECT_EQ(*store.current(), configOf(1));
+        EXPECT_EQ(readFile(started.path), configText(1));
+        EXPECT_EQ(readFile(started.backup), configText(1));
+        EXPECT_EQ(store.reload(), reloadedFromDisk);
+        EXPECT_THAT(started.log.lines, ElementsAre("config: could not write backup to " +
+                                                   started.backup.native() + " — " + fault.error));
+
+        lasting.reset();
+        EXPECT_TRUE(store.save(configOf(2)));
+        EXPECT_THAT(started.settled(), ElementsAre(ownWriteSuppressed));
+        EXPECT_EQ(readFile(started.path), TOMLWriter::write(configOf(2)));
+    }
+}
+
+std::ptrdiff_t openDescriptors() {
+    const fs::directory_iterator descriptors("/proc/self/fd");
+    return std::distance(begin(descriptors), end(descriptors));
+}
+
+TEST(ConfigStore, ofAThousandReplacementsInASecondTheLastOneEndsInForce) {
+    StartedStore started;
+    const auto descriptors = openDescriptors();
+    for (std::size_t edit = 1; edit <= 1000; ++edit) {
+        replace(started.path, configText(edit % 7 + 1));
+        started.descriptors.dispatch();
+        started.scheduler.advance(1ms);
+    }
+    // Twice a tenth of a second: at the first change, and when the file is watched again.
+    EXPECT_LE(started.settled().size(), 22U);
+    EXPECT_EQ(*started.store->current(), configOf(1000 % 7 + 1));
+    EXPECT_EQ(openDescriptors(), descriptors);
+    EXPECT_EQ(started.scheduler.pendingTasks(), 0U);
 }
 
 TEST(ConfigStore, savingGoesThroughLinksAndCreatesMissingFolders) {
@@ -378,7 +456,10 @@ TEST(ConfigStore, aKillAtAnyMomentLeavesTheConfigurationAndItsBackupWhole) {
         EXPECT_THAT(readFile(started.path), isWhole);
         EXPECT_THAT(readFile(started.backup), isWhole);
     }
-    // The next writes sweep away what the crashes left.
+    // Once it is old, the next writes sweep away what the crashes left.
+    for (const auto& entry : fs::directory_iterator(started.folder.path())) {
+        fs::last_write_time(entry, fs::last_write_time(entry) - 1h);
+    }
     ASSERT_TRUE(started.store->save(configOf(1)));
     started.store->takeSnapshot();
     const fs::directory_iterator files(started.folder.path());

@@ -75,6 +75,26 @@ TEST_F(HotkeyServiceTest, rebindingLetsCommandsTradeTheirKeys) {
     EXPECT_THAT(received, ElementsAre("fillDisplay", "tidy"));
 }
 
+TEST_F(HotkeyServiceTest, rebindingTouchesOnlyWhatChanged) {
+    registerDefaults();
+    const auto claimed = desktop.hotKeys();
+    auto keys = CommandKey::defaults();
+    if (const auto y = CommandKey::named("y")) {
+        keys.insert_or_assign(KartoCommand::tidy, *y);
+    }
+    service.rebind(ModifierSet::allModifiers, keys);
+    // The desktop lists them in the order in which they were claimed.
+    auto expected = claimed;
+    std::erase_if(expected, [](const HotKey& hotKey) { return hotKey.keyCode == tKey; });
+    expected.push_back({.keyCode = 16, .modifierMask = 0x1B00, .id = KartoCommand::tidy.hotkeyID()});
+    EXPECT_EQ(desktop.hotKeys(), expected);
+
+    service.release();
+    EXPECT_THAT(desktop.hotKeys(), IsEmpty());
+    service.rebind(ModifierSet::allModifiers, CommandKey::defaults());
+    EXPECT_EQ(desktop.hotKeys(), claimed);
+}
+
 TEST_F(HotkeyServiceTest, commandsWithoutAKeyOfTheirOwnAreReported) {
     registerDefaults();
     auto keys = CommandKey::defaults();

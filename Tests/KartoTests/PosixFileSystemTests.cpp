@@ -1,12 +1,12 @@
 #include "Karto/Platform/Linux/PosixFileSystem.h"
+#include "Support/Restrictions.h"
 #include "Support/TemporaryFolder.h"
 
 #include <gmock/gmock.h>
-#include <sys/resource.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
-#include <csignal>
+#include <chrono>
 #include <tuple>
 #include <utility>
 #include <vector>
@@ -16,31 +16,9 @@ namespace karto::testing {
 namespace {
 
 namespace fs = std::filesystem;
+using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::UnorderedElementsAre;
-
-// Permissions mean nothing to root, which tests in a container often are.
-template<typename Act>
-auto asOrdinaryUser(const Act& act) {
-    const auto user = ::geteuid();
-    EXPECT_EQ(::seteuid(user == 0 ? 65'534 : user), 0);
-    const auto result = act();
-    EXPECT_EQ(::seteuid(user), 0);
-    return result;
-}
-
-template<typename Act>
-auto withFilesUpTo(rlim_t bytes, const Act& act) {
-    auto* const handler = std::signal(SIGXFSZ, SIG_IGN);
-    rlimit before{};
-    ::getrlimit(RLIMIT_FSIZE, &before);
-    const rlimit limit{.rlim_cur = bytes, .rlim_max = before.rlim_max};
-    ::setrlimit(RLIMIT_FSIZE, &limit);
-    const auto result = act();
-    ::setrlimit(RLIMIT_FSIZE, &before);
-    std::signal(SIGXFSZ, handler);
-    return result;
-}
 
 FileError otherError(const std::string& message) {
     return {.kind = FileError::Kind::other, .message = message};
@@ -97,19 +75,29 @@ TEST_F(PosixFileSystemTest, aNewFileFollowsTheUmask) {
 }
 
 TEST_F(PosixFileSystemTest, aWriteRemovesWhatACrashLeftOfTheSameFileAlone) {
+    const auto age = [&](const std::string& name, std::chrono::seconds seconds) {
+        fs::last_write_time(at(name), fs::last_write_time(at(name)) - seconds);
+    };
     writeFile(at(".file.karto-0123456789abcdef"), "half");
+    age(".file.karto-0123456789abcdef", 62s);
+    // Perhaps not left: another process may be about to give it its name.
+    writeFile(at(".file.karto-fedcba9876543210"), "in flight");
+    age(".file.karto-fedcba9876543210", 50s);
     writeFile(at(".file.karto-notes"), "kept");
     writeFile(at(".other.karto-0123456789abcdef"), "kept");
+    age(".file.karto-notes", 1h);
+    age(".other.karto-0123456789abcdef", 1h);
     ASSERT_TRUE(files.writeAtomically(at("file"), "new"));
-    EXPECT_THAT(names(), UnorderedElementsAre("file", ".file.karto-notes", ".other.karto-0123456789abcdef"));
+    EXPECT_THAT(names(), UnorderedElementsAre("file", ".file.karto-notes", ".file.karto-fedcba9876543210",
+                                              ".other.karto-0123456789abcdef"));
 }
 
 TEST_F(PosixFileSystemTest, aFailedWriteLeavesTheOldFileAndNothingElse) {
     writeFile(at("file"), "old");
     const auto write = [&] { return files.writeAtomically(at("file"), std::string(200'000, 'x')); };
-    EXPECT_EQ(withFilesUpTo(100'000, write).error(), otherError("file too large"));
+    EXPECT_EQ((FullDisk(100'000), write()).error(), otherError("file too large"));
     ::chmod(folder.path().c_str(), 0555);
-    EXPECT_EQ(asOrdinaryUser(write).error(), otherError("permission denied"));
+    EXPECT_EQ((OrdinaryUser(), write()).error(), otherError("permission denied"));
     ::chmod(folder.path().c_str(), 0755);
     EXPECT_EQ(readFile(at("file")), "old");
     EXPECT_THAT(names(), ElementsAre("file"));
@@ -140,8 +128,7 @@ TEST_F(PosixFileSystemTest, readsUpToTheGivenSizeAndSaysWhyNot) {
               (FileError{.kind = FileError::Kind::notFound, .message = "no such file or directory"}));
     ::chmod(folder.path().c_str(), 0755);
     ::chmod(at("file").c_str(), 0);
-    EXPECT_EQ(asOrdinaryUser([&] { return files.read(at("file"), 5); }).error(),
-              otherError("permission denied"));
+    EXPECT_EQ((OrdinaryUser(), files.read(at("file"), 5)).error(), otherError("permission denied"));
 }
 
 TEST_F(PosixFileSystemTest, appendsAtTheEndOfAPrivateFile) {

@@ -22,6 +22,7 @@ namespace karto::testing {
 namespace {
 
 using ::testing::ElementsAre;
+using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
 constexpr Rect mainFrame{.x = 0, .y = 0, .width = 1000, .height = 800};
@@ -219,6 +220,10 @@ startup: 2 displays share the name "Main" (landscape) — every zone for it reso
     desktop.changeKeyboard();
     EXPECT_EQ(report(), "hotkey registration (keyboard change): all commands registered for modifiers "
                         "[shift+command+control+option]");
+    // The key has moved to where another program holds it.
+    desktop.heldByOthers = {{.code = tKey}};
+    desktop.changeKeyboard();
+    EXPECT_THAT(report(), HasSubstr("failed to claim [KartoCore.KartoCommand.tidy] for"));
 
     desktop.connect({});
     EXPECT_THAT(edit(oneZone + "\n"),

@@ -19,9 +19,14 @@ using namespace std::chrono_literals;
 constexpr auto rearmDelay = 100ms;
 constexpr auto missingFilePoll = 1000ms;
 
-std::unexpected<SaveError> notWritten(FileError error) {
+std::unexpected<SaveError> invalid(std::string message) {
     return std::unexpected(
-        SaveError{.message = std::move(error.message), .kind = SaveError::Kind::notWritten});
+        SaveError{.message = std::move(message), .kind = SaveError::Kind::invalidConfiguration});
+}
+
+std::unexpected<SaveError> notWritten(std::string_view path, const FileError& error) {
+    return std::unexpected(SaveError{.message = fmt::format("could not write {} — {}", path, error.message),
+                                     .kind = SaveError::Kind::notWritten});
 }
 
 } // namespace
@@ -50,16 +55,20 @@ ConfigChangeEvent ConfigStore::reload() {
     }
     // A missing file is no error to show.
     const auto& error = lastRead_.error();
-    return fail(error.kind == FileError::Kind::notFound ? std::nullopt : std::optional(error.message));
+    if (error.kind == FileError::Kind::notFound) {
+        return fail(std::nullopt);
+    }
+    return fail(fmt::format("could not read {} — {}", path_, error.message));
 }
 
 ConfigChangeEvent ConfigStore::take(const std::string& bytes) {
+    const auto document = parseTomlDocument(bytes);
     // Before everything else, so that the names are known also of a file that is refused below.
-    renamedHotkeyNames_ = HotkeyNameMigration::renames(readHotkeyNamesAsWritten(bytes).keys);
+    renamedHotkeyNames_ = HotkeyNameMigration::renames(readHotkeyNamesAsWritten(document).keys);
     if (std::exchange(pendingOwnWrite_, std::nullopt) == bytes) {
         return ConfigChangeEvent::ownWriteSuppressed;
     }
-    auto config = readConfig(bytes);
+    auto config = readConfig(document);
     if (!config && KartoConfig::looksLikeLegacyFormat(bytes)) {
         return fail("layout format changed — open Settings to pick a new layout", true);
     }
@@ -88,17 +97,20 @@ ConfigChangeEvent ConfigStore::fail(std::optional<std::string> error, bool isLeg
 
 std::expected<void, SaveError> ConfigStore::save(const KartoConfig& config) {
     if (const auto valid = config.validate(); !valid) {
-        return std::unexpected(
-            SaveError{.message = message(valid.error()), .kind = SaveError::Kind::invalidConfiguration});
+        return invalid(message(valid.error()));
     }
     auto text = TOMLWriter::write(config);
+    // A file that the program itself could not read would cost the person the layout.
+    if (const auto refused = refusalOfWritten(text)) {
+        return invalid(refused->describe());
+    }
     const auto target = resolvedPath();
     const auto folder = std::filesystem::path(target).parent_path();
-    if (auto created = files_.createDirectories(folder); !created) {
-        return notWritten(std::move(created).error());
+    if (const auto created = files_.createDirectories(folder); !created) {
+        return notWritten(target, created.error());
     }
-    if (auto written = files_.writeAtomically(target, text); !written) {
-        return notWritten(std::move(written).error());
+    if (const auto written = files_.writeAtomically(target, text); !written) {
+        return notWritten(target, written.error());
     }
     pendingOwnWrite_ = std::move(text);
     current_ = std::make_shared<const KartoConfig>(config);

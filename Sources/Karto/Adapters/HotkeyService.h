@@ -10,7 +10,6 @@
 
 #include <cstdint>
 #include <functional>
-#include <optional>
 #include <vector>
 
 namespace karto {
@@ -23,8 +22,12 @@ public:
 
     // Claims the shortcuts and hands every press to the handler, in place of any earlier one.
     void registerHotkeys(ModifierSet modifiers, const CommandKeyMap& keys, Handler handler);
-    // Gives all shortcuts up and claims the new ones; the handler stays.
+    // Gives up the shortcuts that are not among the new ones, and claims those of the new ones that it does
+    // not hold; the handler stays.
     void rebind(ModifierSet modifiers, const CommandKeyMap& keys);
+    // Gives all shortcuts up. To be followed by rebind when the keyboard has changed: a shortcut that is held
+    // may sit on another key than it names.
+    void release();
 
     // The commands whose shortcut could not be claimed the last time, in the order of registration.
     [[nodiscard]] const std::vector<KartoCommand>& failedRegistrations() const {
@@ -35,14 +38,20 @@ public:
     [[nodiscard]] bool eventHandlerInstallationFailed() const { return eventHandlerInstallationFailed_; }
 
 private:
-    void claim(const KartoCommand& command, std::optional<std::uint32_t> keyCode, std::uint32_t modifierMask);
+    struct Claim {
+        HotKey hotKey;
+        Registration registration;
+    };
+
+    [[nodiscard]] bool holds(const HotKey& hotKey) const;
+    bool claim(const HotKey& hotKey);
     void pressed(std::uint32_t id) const;
 
     HotKeyCenter& center_;
     Handler handler_;
     // Outlives the shortcuts whose presses it receives.
     Registration eventHandler_;
-    std::vector<Registration> hotKeys_;
+    std::vector<Claim> claims_;
     std::vector<KartoCommand> failedRegistrations_;
     bool eventHandlerInstallationFailed_ = false;
     WeakCallbacks callbacks_;

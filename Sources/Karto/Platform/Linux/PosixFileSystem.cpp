@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <array>
 #include <cerrno>
+#include <cstdint>
 #include <cstdio>
 #include <filesystem>
 #include <optional>
@@ -107,14 +108,24 @@ bool isTemporaryName(std::string_view name, std::string_view prefix) {
            name.find_first_not_of("0123456789abcdef", prefix.size()) == std::string_view::npos;
 }
 
-// One program writes these files from one thread, so a temporary file that stands here now has lost its
-// writer.
-void removeLeftOvers(const std::filesystem::path& target) {
+// Longer than any write takes. Another Karto, on another display, may be writing the same file.
+constexpr std::int64_t leftOverAge = 60;
+
+// Removes what is older than the file that has just been made: by the file system's own clock, so that it
+// does not matter how the computer's is set.
+void removeLeftOvers(const std::filesystem::path& target, const Descriptor& newFile) {
+    struct stat now{};
+    if (::fstat(newFile.number(), &now) != 0) {
+        return;
+    }
     const auto prefix = temporaryPrefix(target);
     std::error_code error;
     for (std::filesystem::directory_iterator entry(target.parent_path(), error), end; !error && entry != end;
          entry.increment(error)) {
-        if (isTemporaryName(entry->path().filename().native(), prefix)) {
+        struct stat status{};
+        if (isTemporaryName(entry->path().filename().native(), prefix) &&
+            ::lstat(entry->path().c_str(), &status) == 0 &&
+            now.st_mtim.tv_sec - status.st_mtim.tv_sec > leftOverAge) {
             ::unlink(entry->path().c_str());
         }
     }
@@ -233,7 +244,6 @@ FileResult<void> PosixFileSystem::writeAtomically(const std::string& path, std::
     if (!existing) {
         return std::unexpected(existing.error());
     }
-    removeLeftOvers(path);
     const auto temporary = temporaryPath(path);
     if (!temporary) {
         return std::unexpected(temporary.error());
@@ -242,6 +252,7 @@ FileResult<void> PosixFileSystem::writeAtomically(const std::string& path, std::
     if (!file) {
         return failure();
     }
+    removeLeftOvers(path, file);
     auto written = fill(file, bytes, *existing);
     if (written) {
         written = rename(*temporary, path);

@@ -14,7 +14,7 @@ public:
     FileResult<std::unique_ptr<AppendFile>> openForAppending(const std::string& path) override;
 
     // Writes a temporary file beside the target and gives it the target's name. One that a crash left behind
-    // is removed by the next write of the same file.
+    // is removed by a later write of the same file, once it is older than a minute.
     FileResult<void> writeAtomically(const std::string& path, std::string_view bytes) override;
 
     FileResult<void> rename(const std::string& from, const std::string& to) override;

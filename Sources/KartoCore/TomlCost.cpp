@@ -1,9 +1,10 @@
-#include "KartoCore/TomlNesting.h"
+#include "KartoCore/TomlCost.h"
 
 #include <algorithm>
+#include <utility>
 #include <vector>
 
-namespace karto::TomlNesting {
+namespace karto::TomlCost {
 
 namespace {
 
@@ -55,18 +56,23 @@ std::size_t endOfString(std::string_view text, std::size_t start) {
     return text.size();
 }
 
-// Walks over a text and keeps the number of levels that are open.
+// Walks over a text, and keeps the number of levels that are open and that of the parser's comparisons so
+// far.
 class Scanner {
 public:
-    explicit Scanner(std::string_view text)
-        : text_(text)
+    Scanner(const Limits& limits, std::string_view text)
+        : limits_(limits)
+        , text_(text)
         , position_(text.starts_with(byteOrderMark) ? byteOrderMark.size() : 0) {}
 
-    std::optional<Excess> scan(std::size_t limit) {
+    std::optional<Excess> scan() {
         while (position_ < text_.size()) {
             step();
-            if (headerLevels_ + levels_ > limit) {
-                return excess();
+            if (headerLevels_ + levels_ > limits_.nesting) {
+                return excess(isLayoutTree() ? Excess::Kind::nestingOfLayoutTree : Excess::Kind::nesting);
+            }
+            if (comparisons_ > limits_.comparisons) {
+                return excess(Excess::Kind::comparisons);
             }
         }
         return std::nullopt;
@@ -82,10 +88,11 @@ private:
         case '"':
         case '\'': position_ = endOfString(text_, position_); return;
         case '\n': endLine(); break;
-        case '.': addLevel(); break;
+        case '.': endPart(); break;
+        case '=': isKey_ = false; break;
         case ',': endValue(); break;
         case '[':
-        case '{': open(c == '[' && atStatementStart); break;
+        case '{': open(c, atStatementStart); break;
         case ']':
         case '}': close(); break;
         default: break;
@@ -103,53 +110,74 @@ private:
         statementStart_ = position_ + 1;
     }
 
-    void addLevel() {
+    // Another part of a header or key follows.
+    void endPart() {
         if (isHeader_) {
             ++headerLevels_;
-            return;
+        } else if (isKey_) {
+            ++levels_;
+            ++keyLevels_.back();
+            comparisons_ += ++passedTables_;
         }
-        ++levels_;
-        ++keyLevels_.back();
     }
 
     // Takes back what the key of the value counted.
     void endValue() {
         levels_ -= keyLevels_.back();
         keyLevels_.back() = 0;
+        isKey_ = true;
     }
 
-    void open(bool isHeader) {
-        if (isHeader) {
+    void open(char bracket, bool atStatementStart) {
+        if (bracket == '[' && atStatementStart) {
             isHeader_ = true;
             headerLevels_ = 1;
             headerStart_ = position_;
-            return;
+        } else if (!isHeader_) {
+            ++levels_;
+            keyLevels_.push_back(0);
+            isKey_ = bracket == '{';
         }
-        if (isHeader_) {
-            return;
-        }
-        ++levels_;
-        keyLevels_.push_back(0);
     }
 
     void close() {
-        if (isHeader_ || keyLevels_.size() == 1) {
-            return;
+        if (isHeader_) {
+            endHeader();
+        } else if (keyLevels_.size() > 1) {
+            endValue();
+            --levels_;
+            keyLevels_.pop_back();
         }
-        endValue();
-        --levels_;
-        keyLevels_.pop_back();
     }
 
-    [[nodiscard]] Excess excess() const {
+    // Only tables beyond what this header has in common with the one before can be new.
+    void endHeader() {
+        const auto written = text_.substr(headerStart_ + 1, position_ - headerStart_ - 1);
+        const bool isArray = written.starts_with('[');
+        const auto name = written.substr(isArray ? 1 : 0);
+        const auto ownPart = std::ranges::mismatch(name, headerName_).in1;
+        passedTables_ += static_cast<std::uint64_t>(std::count(ownPart, name.end(), '.'));
+        if (isArray && std::exchange(arrayName_, name) != name) {
+            ++arrays_;
+        }
+        comparisons_ += passedTables_ + headerLevels_ * arrays_;
+        headerName_ = name;
+        isHeader_ = false;
+    }
+
+    // Other keys of a display may nest as well, and are none of a tree's business.
+    [[nodiscard]] bool isLayoutTree() const {
         const std::size_t start = headerLevels_ > 0 ? headerStart_ : statementStart_;
-        const auto line = std::ranges::count(text_.substr(0, position_), '\n') + 1;
-        // Other keys of a display may nest as well, and are none of a tree's business.
-        const bool isTree = text_.substr(statementStart_, 64).contains("split");
-        return {.line = static_cast<std::size_t>(line),
-                .isInLayoutTree = isTree && startsAtDisplays(text_.substr(start, 64))};
+        return text_.substr(statementStart_, 64).contains("split") &&
+               startsAtDisplays(text_.substr(start, 64));
     }
 
+    [[nodiscard]] Excess excess(Excess::Kind kind) const {
+        const auto line = std::ranges::count(text_.substr(0, position_), '\n') + 1;
+        return {.kind = kind, .line = static_cast<std::size_t>(line)};
+    }
+
+    Limits limits_;
     std::string_view text_;
     std::size_t position_;
     // Start of the top-level key that is open, and of the header that it stands under.
@@ -157,15 +185,26 @@ private:
     std::size_t headerStart_ = 0;
     // No key or header has begun on this line.
     bool isFresh_ = true;
+    // Within a header, or where a key may stand.
     bool isHeader_ = false;
+    bool isKey_ = true;
     std::size_t headerLevels_ = 0;
     std::size_t levels_ = 0;
     // Levels that the key at each open bracket counts, the top level first.
     std::vector<std::size_t> keyLevels_{0};
+
+    // What the last header and the last one of an array of tables name.
+    std::string_view headerName_;
+    std::string_view arrayName_;
+    std::uint64_t passedTables_ = 0;
+    std::uint64_t arrays_ = 0;
+    std::uint64_t comparisons_ = 0;
 };
 
 } // namespace
 
-std::optional<Excess> beyond(std::size_t limit, std::string_view text) { return Scanner(text).scan(limit); }
+std::optional<Excess> beyond(const Limits& limits, std::string_view text) {
+    return Scanner(limits, text).scan();
+}
 
-} // namespace karto::TomlNesting
+} // namespace karto::TomlCost
