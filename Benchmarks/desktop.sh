@@ -1,6 +1,6 @@
 # shellcheck shell=bash
-# Sourced by the benchmark scripts: a private desktop with two displays, left and right, under openbox, and a home
-# directory of its own. All of it goes with the script.
+# Sourced by the benchmark scripts: a private desktop with two displays, left and right, under openbox, or a bare X
+# server, and a home directory of its own. All of it goes with the script.
 
 background=()
 
@@ -30,25 +30,31 @@ close_desktop() {
     rm -rf "$private_home"
 }
 
-# start_desktop: expects openbox's configuration on standard input.
-start_desktop() {
+# start_server WIDTHxHEIGHT: an X server without a window manager.
+start_server() {
     private_home=$(mktemp -d)
     HOME=$private_home
     XDG_RUNTIME_DIR=$private_home
     export HOME XDG_RUNTIME_DIR
     unset WAYLAND_DISPLAY XDG_SESSION_TYPE XDG_CONFIG_HOME
     trap close_desktop EXIT
-    cat >"$HOME/openbox.xml"
 
     # Ahead of everything else that the machine does. All that is started from here on inherits it.
     chrt --fifo --pid 5 $$ 2>/dev/null ||
         echo "No real-time priority here: whatever else the machine does shows in the figures." >&2
-    Xvfb -displayfd 3 -screen 0 3840x1080x24 -noreset -nolisten tcp 3>"$HOME/display" 2>"$HOME/Xvfb.out" &
+    Xvfb -displayfd 3 -screen 0 "$1x24" -noreset -nolisten tcp 3>"$HOME/display" 2>"$HOME/Xvfb.out" &
     background+=($!)
     wait_for grep -q . "$HOME/display"
     DISPLAY=:$(<"$HOME/display")
+    export DISPLAY
+}
+
+# start_desktop: expects openbox's configuration on standard input.
+start_desktop() {
+    start_server 3840x1080
+    cat >"$HOME/openbox.xml"
     DBUS_SESSION_BUS_ADDRESS=unix:path=$HOME/bus
-    export DISPLAY DBUS_SESSION_BUS_ADDRESS
+    export DBUS_SESSION_BUS_ADDRESS
     in_background dbus-daemon --session --nofork --address="$DBUS_SESSION_BUS_ADDRESS"
     xrandr --setmonitor left 1920/508x1080/286+0+0 screen --setmonitor right 1920/508x1080/286+1920+0 none >/dev/null
     # Announces itself before it takes windows in, and runs the command afterwards.

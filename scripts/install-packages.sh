@@ -17,7 +17,7 @@ test_packages=(
     clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
 )
 bench_packages=(
-    libbenchmark-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon fonts-dejavu-core sxhkd wmctrl
+    libbenchmark-dev libxcb-composite0-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon fonts-dejavu-core sxhkd wmctrl
 )
 
 case "${1:-test}" in

@@ -1,0 +1,40 @@
+#include "StageTest.h"
+
+#include "Support/KeyPresser.h"
+
+#include "Karto/Platform/X11/X11ModifierEvents.h"
+
+namespace karto::desktop {
+
+class ModifierTest : public StageTest {
+protected:
+    KeyPresser keys{desktop.x()};
+};
+
+TEST_F(ModifierTest, theHeldSetIsRightAfterAGrabOfTheServerAndANewKeymap) {
+    constexpr auto all =
+        ModifierBits::shift | ModifierBits::command | ModifierBits::control | ModifierBits::option;
+    x11::X11ModifierEvents modifiers(*connection);
+    std::uint32_t reported = 0;
+    const auto registration = modifiers.observe([&](ModifierFlags held) { reported = held.bits; });
+    const auto become = [&](std::uint32_t bits) {
+        return reaches([&] { return reported == bits; }) && modifiers.held().bits == bits;
+    };
+    xcb_grab_server(server());
+    keys.holdHyper();
+    modifiers.held();
+    xcb_ungrab_server(server());
+    desktop.x().flush();
+    EXPECT_TRUE(become(all));
+
+    desktop.run({"setxkbmap", "-option", "altwin:swap_alt_win"});
+    EXPECT_TRUE(become(all));
+    keys.releaseHyper();
+    EXPECT_TRUE(become(0));
+    keys.press("LALT");
+    EXPECT_TRUE(become(ModifierBits::command));
+    keys.release("LALT");
+    EXPECT_TRUE(become(0));
+}
+
+} // namespace karto::desktop
