@@ -14,8 +14,8 @@ struct Limits {
     // walks or frees the parsed tables recurses once a level.
     std::size_t nesting = 0;
     // The parser keeps a list of the tables that it made because a longer name passes them, and one of the
-    // arrays of tables. At a header or dotted key it compares a name with one entry after the other; each is
-    // a comparison.
+    // arrays of tables. Headers and dotted keys make it look a table up there, comparing it with one entry
+    // after the other.
     std::uint64_t comparisons = 0;
 };
 
