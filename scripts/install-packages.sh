@@ -5,7 +5,7 @@
 set -euo pipefail
 
 build_packages=(
-    g++ cmake ninja-build pkg-config ccache qt6-base-dev
+    g++ cmake ninja-build pkg-config ccache qt6-base-dev libqt6svg6
     libxcb1-dev libxcb-randr0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-res0-dev libxcb-icccm4-dev
     libxcb-render0-dev libxcb-shape0-dev libxcb-xfixes0-dev x11proto-dev libtomlplusplus-dev libfmt-dev libutf8proc-dev
 )
@@ -13,7 +13,7 @@ test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev librapidcheck-dev libxcb-xtest0-dev
     xvfb xserver-xorg-core xserver-xorg-video-dummy openbox xfwm4 metacity picom trayer
     xterm x11-apps x11-utils x11-xkb-utils x11-xserver-utils xdotool imagemagick dbus-daemon dbus-x11
-    python3-gi gir1.2-gtk-3.0 libgl1-mesa-dri fonts-dejavu-core qt6-qpa-plugins
+    python3-gi gir1.2-gtk-3.0 libgl1-mesa-dri fonts-dejavu-core fonts-quicksand qt6-qpa-plugins
     clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
 )
 bench_packages=(

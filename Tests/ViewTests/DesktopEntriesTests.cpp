@@ -36,7 +36,7 @@ protected:
 
 TEST_F(DesktopEntriesTest, applicationsAreFoundByWhatTheirWindowsSay) {
     add(installed / "firefox.desktop", "Name=Firefox\nName[de]=Feuerfuchs\nName[de_AT]=Feuerfuchserl");
-    add(installed / "org.example.Files.desktop", "Name = Files\\sand\\\\Folders");
+    add(installed / "org.example.Files.desktop", R"(Name = Files\sand\\Folders)");
     add(installed / "gimp.desktop", "Name=Image Editor\nStartupWMClass=Gimp-2.10");
     add(installed / "gimp-hidden.desktop", "Name=Helper\nStartupWMClass=Gimp-2.10\nNoDisplay=true");
     add(installed / "agent.desktop", "Name=Agent\nNoDisplay=true");
@@ -50,8 +50,8 @@ TEST_F(DesktopEntriesTest, applicationsAreFoundByWhatTheirWindowsSay) {
     using Row = std::pair<std::string, std::optional<std::string>>;
     for (const auto& [identity, name] : std::vector<Row>{{"firefox", "Firefox"},
                                                          {"Firefox", "Firefox"},
-                                                         {"org.example.Files", "Files and\\Folders"},
-                                                         {"files", "Files and\\Folders"},
+                                                         {"org.example.Files", R"(Files and\Folders)"},
+                                                         {"files", R"(Files and\Folders)"},
                                                          {"gimp-2.10", "Image Editor"},
                                                          {"Agent", "Agent"},
                                                          {"vendor-tool", "Tool"},
@@ -85,7 +85,10 @@ TEST_F(DesktopEntriesTest, iconsAreReadFromTheirFilesOnce) {
     picture.fill(Qt::red);
     const auto file = folder.path() / "icon.png";
     ASSERT_TRUE(picture.save(QString::fromStdString(file.native())));
+    fs::create_directory(folder.path() / "pixmaps");
+    fs::copy_file(file, folder.path() / "pixmaps/tool.png");
     add(installed / "editor.desktop", "Name=Editor\nIcon=" + file.native());
+    add(installed / "tool.desktop", "Name=Tool\nIcon=tool.xpm");
     add(installed / "plain.desktop", "Name=Plain\nIcon=no-such-icon");
     auto found = entries();
     const auto icon = found.icon("editor");
@@ -93,6 +96,7 @@ TEST_F(DesktopEntriesTest, iconsAreReadFromTheirFilesOnce) {
     EXPECT_EQ(icon->width, 64);
     EXPECT_EQ(icon->pixels.front(), 0xFFFF0000);
     EXPECT_EQ(found.icon("Editor"), icon);
+    EXPECT_TRUE(found.icon("tool"));
     EXPECT_FALSE(found.icon("plain"));
     EXPECT_FALSE(found.icon("missing"));
 }

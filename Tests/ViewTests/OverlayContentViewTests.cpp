@@ -8,6 +8,7 @@
 
 #include <array>
 #include <cmath>
+#include <cstddef>
 
 namespace karto::testing {
 
@@ -61,10 +62,10 @@ RC_GTEST_PROP(OverlayContentView, zonesMeetWithoutGapOrOverlapAtAnyScale, ()) {
         }
         for (const auto& tile : picture.tiles) {
             RC_ASSERT(QRectF(0, 0, frame.width, frame.height).toRect().contains(rectOf(tile.area)));
-            for (int i = 0; i < tile.area.width * tile.area.height; ++i) {
-                const auto x = static_cast<std::size_t>(tile.area.x + i % tile.area.width);
-                const auto y = static_cast<std::size_t>(tile.area.y + i / tile.area.width);
-                ++covered[y * static_cast<std::size_t>(frame.width) + x];
+            for (int y = tile.area.y; y < tile.area.y + tile.area.height; ++y) {
+                const auto row =
+                    covered.begin() + std::ptrdiff_t{y} * static_cast<int>(frame.width) + tile.area.x;
+                std::for_each_n(row, tile.area.width, [](int& count) { ++count; });
             }
         }
     }

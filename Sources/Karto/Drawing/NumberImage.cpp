@@ -38,31 +38,38 @@ QPainterPath onPixels(const QPainterPath& path, const QRect& ink) {
     return transform.map(path);
 }
 
-// A halo has no details: a large one is made from a small image.
-QImage haloCoverage(const QPainterPath& path, QSize size, int radius) {
-    constexpr int sufficientRadius = 3;
-    const int reduction = std::max(1, radius / sufficientRadius);
-    QImage small = canvas((size + QSize(reduction - 1, reduction - 1)) / reduction);
-    QPainter painter(&small);
-    painter.setRenderHint(QPainter::Antialiasing);
-    painter.scale(1.0 / reduction, 1.0 / reduction);
-    painter.fillPath(path, Qt::black);
-    const auto coverage = blurred(small, radius / reduction, haloGain);
-    return coverage.scaled(small.size() * reduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
-}
-
-QImage withHalo(const QPainterPath& path, QSize size, const QFont& font, const NumberLook& look) {
+QImage filled(const QPainterPath& path, QSize size, QColor color, double scale = 1) {
     QImage image = canvas(size);
     QPainter painter(&image);
     painter.setRenderHint(QPainter::Antialiasing);
-    painter.fillRect(image.rect(), look.halo);
+    painter.scale(scale, scale);
+    color.setAlphaF(1);
+    painter.fillPath(path, color);
+    return image;
+}
+
+// A halo has no details: a large one is made from a small image.
+QImage haloCoverage(const QPainterPath& path, QSize size, int radius) {
+    constexpr int sufficientRadius = 3;
+    const int reduction = (radius + sufficientRadius - 1) / sufficientRadius;
+    const QSize reduced = (size + QSize(reduction - 1, reduction - 1)) / reduction;
+    return blurred(filled(path, reduced, Qt::black, 1.0 / reduction), radius / reduction, haloGain)
+        .scaled(reduced * reduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
+}
+
+QImage withHalo(const QPainterPath& path, QSize size, const QFont& font, const NumberLook& look) {
+    const auto figures = filled(path, size, look.figures);
+    QImage image = canvas(size);
+    image.fill(look.halo);
+    QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
     painter.drawImage(0, 0, haloCoverage(path, size, blurRadius(font)));
     // The figures keep the colours that they would have without a halo.
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
-    painter.fillPath(path, Qt::black);
+    painter.drawImage(0, 0, figures);
     painter.setCompositionMode(QPainter::CompositionMode_SourceOver);
-    painter.fillPath(path, look.figures);
+    painter.setOpacity(look.figures.alphaF());
+    painter.drawImage(0, 0, figures);
     return image;
 }
 

@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <cmath>
-#include <compare>
 #include <map>
 #include <optional>
 #include <utility>
@@ -147,12 +146,10 @@ public:
     }
 
 private:
-    struct NumberKey {
-        int number = 0;
+    struct PaintedNumber {
+        // Of the figures, in pixels.
         int size = 0;
-        bool isSelected = false;
-
-        auto operator<=>(const NumberKey&) const = default;
+        std::shared_ptr<const Image> image;
     };
 
     [[nodiscard]] QImage shape(QSize size, bool isSelected) const {
@@ -180,12 +177,13 @@ private:
 
     std::shared_ptr<const Image> numberImage(const OverlayZone& zone, const PixelRect& area) {
         const int size = fittingSize(zone.number, area);
-        auto& image = numbers_[{.number = zone.number, .size = size, .isSelected = zone.isSelected}];
-        if (!image) {
+        auto& [paintedSize, image] = numbers_[{zone.number, zone.isSelected}];
+        if (paintedSize != size) {
             const auto& tint = zone.isSelected ? style_.accent : appearance_.color;
             const double opacity = zone.isSelected || !style_.isTranslucent ? 1 : numberOpacity;
             auto font = numberFont_;
             font.setPixelSize(size);
+            paintedSize = size;
             image = shared(drawing::numberImage(zone.number, font,
                                                 {.figures = color(tint, opacity),
                                                  .halo = contrasting(tint, haloOpacity),
@@ -194,7 +192,6 @@ private:
         return image;
     }
 
-    // Of the figures, in pixels.
     int fittingSize(int number, const PixelRect& area) {
         auto& extent = extents_[number];
         if (extent.isEmpty()) {
@@ -212,7 +209,8 @@ private:
     std::map<bool, std::optional<NinePatch>> patches_;
     // At the size of the look, by number.
     std::map<int, QSizeF> extents_;
-    std::map<NumberKey, std::shared_ptr<const Image>> numbers_;
+    // By number and whether its zone is selected, in the size last painted.
+    std::map<std::pair<int, bool>, PaintedNumber> numbers_;
 };
 
 Picture OverlayPainter::paint(const OverlayContentView& view, const StageStyle& style) {

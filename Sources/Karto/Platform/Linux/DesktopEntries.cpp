@@ -8,6 +8,7 @@
 #include <QString>
 
 #include <algorithm>
+#include <array>
 #include <fstream>
 #include <iterator>
 #include <utility>
@@ -22,6 +23,7 @@ constexpr std::string_view fileEnding = ".desktop";
 constexpr std::size_t largestFile = std::size_t{256} * 1024;
 // Pixels; enough for a list at three times the usual resolution.
 constexpr int iconSize = 64;
+constexpr std::array iconEndings{".png", ".svg", ".xpm"};
 
 std::string lowerCase(std::string_view text) {
     return QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())).toLower().toStdString();
@@ -52,16 +54,31 @@ fs::file_time_type changeTime(const fs::path& folder) {
     return fs::last_write_time(folder, none);
 }
 
-std::shared_ptr<const Image> loadIcon(const std::string& icon) {
-    auto name = QString::fromStdString(icon);
-    const bool isPath = name.startsWith('/');
-    for (const auto* ending : {".png", ".svg", ".xpm"}) {
-        if (!isPath && name.endsWith(ending)) {
-            name.chop(4);
+QIcon namedIcon(const fs::path& name, const std::vector<fs::path>& folders) {
+    if (name.is_absolute()) {
+        return QIcon(QString::fromStdString(name.native()));
+    }
+    // Some entries give a file's name although it may be of any kind.
+    const bool isFileName = std::ranges::find(iconEndings, name.extension()) != iconEndings.end();
+    const auto bareName = (isFileName ? name.stem() : name).native();
+    auto icon = QIcon::fromTheme(QString::fromStdString(bareName));
+    // Beside the entries lies the folder of icons of no theme.
+    for (const auto& folder : folders) {
+        for (const auto* ending : iconEndings) {
+            const auto file = folder.parent_path() / "pixmaps" / (bareName + ending);
+            if (std::error_code none; icon.isNull() && fs::exists(file, none)) {
+                icon = QIcon(QString::fromStdString(file.native()));
+            }
         }
     }
-    const auto found = isPath ? QIcon(name) : QIcon::fromTheme(name);
-    const auto image = found.pixmap(QSize(iconSize, iconSize), 1).toImage();
+    return icon;
+}
+
+std::shared_ptr<const Image> loadIcon(const std::string& name, const std::vector<fs::path>& folders) {
+    if (name.empty()) {
+        return nullptr;
+    }
+    const auto image = namedIcon(name, folders).pixmap(QSize(iconSize, iconSize), 1).toImage();
     return image.isNull() ? nullptr : drawing::shared(image);
 }
 
@@ -95,7 +112,7 @@ std::shared_ptr<const Image> DesktopEntries::icon(std::string_view identity) {
         return nullptr;
     }
     if (!installed->icon) {
-        installed->icon = loadIcon(installed->entry.icon);
+        installed->icon = loadIcon(installed->entry.icon, places_.folders);
     }
     return *installed->icon;
 }

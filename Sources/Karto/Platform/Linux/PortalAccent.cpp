@@ -2,11 +2,8 @@
 
 #include <QDBusArgument>
 #include <QDBusConnection>
-#include <QDBusMessage>
 #include <QDBusPendingCallWatcher>
 #include <QDBusPendingReply>
-#include <QDBusVariant>
-#include <QObject>
 
 #include <algorithm>
 #include <utility>
@@ -45,59 +42,37 @@ std::optional<RGBColor> readColor(QVariant value) {
 
 } // namespace
 
-class PortalAccent::Receiver : public QObject {
-    Q_OBJECT
-
-public:
-    explicit Receiver(std::function<void()> onChange)
-        : onChange_(std::move(onChange)) {
-        auto bus = QDBusConnection::sessionBus();
-        if (!bus.isConnected()) {
-            return;
-        }
-        bus.connect(service, object, interface, "SettingChanged", this,
-                    SLOT(noteSetting(QString, QString, QDBusVariant)));
-        auto question = QDBusMessage::createMethodCall(service, object, interface, "Read");
-        question << colorGroup << colorKey;
-        auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-        connect(watcher, &QDBusPendingCallWatcher::finished, this, [this, watcher] {
-            const QDBusPendingReply<QDBusVariant> reply = *watcher;
-            if (!reply.isError()) {
-                setColor(readColor(reply.value().variant()));
-            }
-            watcher->deleteLater();
-        });
-    }
-
-    [[nodiscard]] std::optional<RGBColor> color() const { return color_; }
-
-private slots:
-
-    void noteSetting(const QString& group, const QString& key, const QDBusVariant& value) {
-        if (group == colorGroup && key == colorKey) {
-            setColor(readColor(value.variant()));
-        }
-    }
-
-private:
-    void setColor(std::optional<RGBColor> color) {
-        if (color != color_) {
-            color_ = color;
-            onChange_();
-        }
-    }
-
-    std::function<void()> onChange_;
-    std::optional<RGBColor> color_;
-};
-
 PortalAccent::PortalAccent(std::function<void()> onChange)
-    : receiver_(std::make_unique<Receiver>(std::move(onChange))) {}
+    : onChange_(std::move(onChange)) {
+    auto bus = QDBusConnection::sessionBus();
+    if (!bus.isConnected()) {
+        return;
+    }
+    bus.connect(service, object, interface, "SettingChanged", this, SLOT(noteSetting(QDBusMessage)));
+    auto question = QDBusMessage::createMethodCall(service, object, interface, "Read");
+    question << colorGroup << colorKey;
+    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
+    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
+        const QDBusPendingReply<QDBusVariant> reply = *answer;
+        if (reply.isValid()) {
+            setColor(readColor(reply.value().variant()));
+        }
+        answer->deleteLater();
+    });
+}
 
-PortalAccent::~PortalAccent() = default;
+void PortalAccent::noteSetting(const QDBusMessage& change) {
+    const auto arguments = change.arguments();
+    if (arguments.size() == 3 && arguments[0] == colorGroup && arguments[1] == colorKey) {
+        setColor(readColor(arguments[2]));
+    }
+}
 
-std::optional<RGBColor> PortalAccent::color() const { return receiver_->color(); }
+void PortalAccent::setColor(std::optional<RGBColor> color) {
+    if (color != color_) {
+        color_ = color;
+        onChange_();
+    }
+}
 
 } // namespace karto
-
-#include "PortalAccent.moc"

@@ -4,28 +4,29 @@
 
 #include "KartoCore/OverlayAppearance.h"
 
+#include <QDBusMessage>
+#include <QObject>
+
 #include <functional>
-#include <memory>
 #include <optional>
 
 namespace karto {
 
-class PortalAccent {
+class PortalAccent final : public QObject {
+    Q_OBJECT
+
 public:
     // Asks without waiting; onChange is called from the event loop when the colour is known or another one.
     explicit PortalAccent(std::function<void()> onChange);
-    ~PortalAccent();
-    PortalAccent(const PortalAccent&) = delete;
-    PortalAccent(PortalAccent&&) = delete;
-    PortalAccent& operator=(const PortalAccent&) = delete;
-    PortalAccent& operator=(PortalAccent&&) = delete;
 
-    [[nodiscard]] std::optional<RGBColor> color() const;
+    [[nodiscard]] std::optional<RGBColor> color() const { return color_; }
 
 private:
-    class Receiver;
+    Q_SLOT void noteSetting(const QDBusMessage& change);
+    void setColor(std::optional<RGBColor> color);
 
-    std::unique_ptr<Receiver> receiver_;
+    std::function<void()> onChange_;
+    std::optional<RGBColor> color_;
 };
 
 } // namespace karto

@@ -1,5 +1,7 @@
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
 
+#include "Karto/Platform/Linux/PortalAccent.h"
+
 #include <QEvent>
 #include <QGuiApplication>
 #include <QObject>
@@ -44,7 +46,7 @@ private:
 };
 
 QtDesktopTheme::QtDesktopTheme()
-    : portal_([this] { update(); })
+    : portal_(std::make_unique<PortalAccent>([this] { update(); }))
     , watch_(std::make_unique<Watch>([this] { update(); }))
     , look_(read()) {}
 
@@ -60,7 +62,7 @@ QtDesktopTheme::Look QtDesktopTheme::read() const {
     const RGBColor paletteAccent{
         .red = highlight.redF(), .green = highlight.greenF(), .blue = highlight.blueF()};
     return {.scale = screen != nullptr ? screen->devicePixelRatio() : 1,
-            .accent = portal_.color().value_or(paletteAccent)};
+            .accent = portal_->color().value_or(paletteAccent)};
 }
 
 void QtDesktopTheme::update() {

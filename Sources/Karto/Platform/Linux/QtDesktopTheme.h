@@ -3,12 +3,13 @@
 // portal or else its palette gives.
 
 #include "Karto/Platform/DesktopTheme.h"
-#include "Karto/Platform/Linux/PortalAccent.h"
 #include "Karto/Platform/Observers.h"
 
 #include <memory>
 
 namespace karto {
+
+class PortalAccent;
 
 class QtDesktopTheme final : public DesktopTheme {
 public:
@@ -39,7 +40,7 @@ private:
     [[nodiscard]] Look read() const;
     void update();
 
-    PortalAccent portal_;
+    std::unique_ptr<PortalAccent> portal_;
     std::unique_ptr<Watch> watch_;
     Look look_;
     Observers<> observers_;
