@@ -73,7 +73,7 @@ protected:
 
     // The same for a change that reaches the program in its own time: pressed until the command fits.
     ::testing::AssertionResult pressUntilFits(const std::string& key, const Application& window,
-                                            const Rect& wanted) {
+                                              const Rect& wanted) {
         const bool fitted = eventually([&] {
             keys.chord(key);
             return eventually([&] { return fits(window.frame(), wanted); }, 300ms);

@@ -52,13 +52,11 @@ void X11BorderlessWindow::prepare() {
         return;
     }
     if (!surface_) {
-        const auto& formats = share_.formats;
-        surface_.emplace(share_.connection, area_,
-                         share_.isTranslucent ? *formats.translucent : formats.opaque);
+        surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format);
         isPlaced_ = isPlanned_ = isShaped_ = false;
     }
     if (takesMouse() && !mouseTaker_) {
-        mouseTaker_.emplace(share_.connection, area_);
+        mouseTaker_ = std::make_unique<StageWindow>(share_.connection, area_);
         isPlaced_ = isShaped_ = false;
     }
     if (!isPlanned_) {
