@@ -83,7 +83,7 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> windows() const;
 
     // Takes areas of the root out of the window, until told otherwise.
-    void cutOut(const std::vector<PixelRect>& areas);
+    void cutOut(std::vector<PixelRect> areas);
     // To be called when the share's format has changed.
     void rebuild();
     // Whether the event was one of this window; it may have ended the window.
