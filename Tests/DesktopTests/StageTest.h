@@ -19,7 +19,6 @@
 #include <cstdlib>
 #include <cstring>
 #include <memory>
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -49,8 +48,8 @@ protected:
         desktop.startWindowManager(manager);
         setenv("DISPLAY", desktop.environment().at("DISPLAY").c_str(), 1);
         connection = x11::Connection::open().value();
-        windowManager.emplace(*connection);
-        stage.emplace(*connection, *windowManager, theme, scheduler);
+        windowManager = std::make_unique<x11::WindowManager>(*connection);
+        stage = std::make_unique<x11::X11OverlayStage>(*connection, *windowManager, theme, scheduler);
         connection->attach(descriptors, scheduler, [] {});
     }
 
@@ -78,7 +77,8 @@ protected:
     }
 
     void startCompositor() {
-        compositor.emplace(desktop.start({"picom", "--backend", "xrender", "--shadow"}));
+        compositor =
+            std::make_unique<ChildProcess>(desktop.start({"picom", "--backend", "xrender", "--shadow"}));
         require("the compositor", [&] { return reaches([&] { return stage->style().isTranslucent; }); });
     }
 
@@ -166,9 +166,9 @@ protected:
     karto::testing::PolledDescriptors descriptors;
     PlainTheme theme;
     std::unique_ptr<x11::Connection> connection;
-    std::optional<x11::WindowManager> windowManager;
-    std::optional<x11::X11OverlayStage> stage;
-    std::optional<ChildProcess> compositor;
+    std::unique_ptr<x11::WindowManager> windowManager;
+    std::unique_ptr<x11::X11OverlayStage> stage;
+    std::unique_ptr<ChildProcess> compositor;
 };
 
 } // namespace karto::desktop

@@ -5,9 +5,9 @@
 #include "Karto/Platform/X11/X11Accessibility.h"
 #include "Karto/Platform/X11/X11ApplicationActivity.h"
 
+#include <malloc.h>
 #include <xcb/res.h>
 
-#include <fstream>
 #include <utility>
 
 namespace karto::desktop {
@@ -28,6 +28,14 @@ TEST_P(StageOnManager, aWindowIsInFrontOfAllOthersOrDirectlyBelowOneAndInNobodys
     const XClient& x = desktop.x();
     const Application alpha =
         Application::probe(desktop, "plain", "alpha", {.x = 100, .y = 90, .width = 400, .height = 300});
+    const auto badge = createWindow({.x = 200, .y = 150, .width = 100, .height = 100}, red);
+    badge->orderFront();
+    stage->present();
+    EXPECT_TRUE(shows(250, 200, red));
+    // No shadow.
+    EXPECT_TRUE(shows(303, 200, slate));
+    EXPECT_TRUE(shows(250, 253, slate));
+    badge->orderOut();
     const auto overlay = createWindow(studio, red);
     overlay->orderFront();
     stage->present();
@@ -190,6 +198,7 @@ TEST_F(StageTest, whatNothingBlendsIsCutOutAndTheCompositorIsFollowed) {
         EXPECT_TRUE(shows(249, 106, pixels[4]));
         EXPECT_TRUE(shows(250, 106, pixels[5]));
         EXPECT_TRUE(shows(251, 107, slate));
+        EXPECT_TRUE(shows(303, 200, slate));
     };
     const std::array blended{green, 0xFF162029, red, 0xFF562028, 0xFF9D1318, slate};
     const std::array cut{green, slate, red, slate, 0xFF900000, slate};
@@ -234,18 +243,12 @@ TEST_F(StageTest, showingAndHidingLeavesNothingBehind) {
         }
         return sum;
     };
-    const auto pages = [] {
-        long total = 0;
-        long resident = 0;
-        std::ifstream("/proc/self/statm") >> total >> resident;
-        return resident;
-    };
     showAndHide(500);
     const int resourcesBefore = resources();
-    const long pagesBefore = pages();
+    const auto bytesBefore = mallinfo2().uordblks;
     showAndHide(10'000);
     EXPECT_EQ(resources(), resourcesBefore);
-    EXPECT_LT(pages(), pagesBefore + 64);
+    EXPECT_LT(mallinfo2().uordblks, bytesBefore + 65'536);
 }
 
 struct NothingInstalled final : InstalledApplications {

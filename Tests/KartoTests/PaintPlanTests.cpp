@@ -23,18 +23,22 @@ Pixel over(Pixel above, Pixel below) {
     return result;
 }
 
+std::size_t position(int x, int y, int columns) {
+    return std::size_t(y) * std::size_t(columns) + std::size_t(x);
+}
+
 // A window in memory.
 class Canvas {
 public:
     explicit Canvas(Pixel background = 0)
-        : pixels_(std::size_t{width * height}, background) {}
+        : pixels_(position(0, height, width), background) {}
 
     void paint(const PixelRect& area, Blend blend, const Image& image) {
         for (int y = std::max(area.y, 0); y < std::min(area.y + area.height, height); ++y) {
             for (int x = std::max(area.x, 0); x < std::min(area.x + area.width, width); ++x) {
-                auto& pixel = pixels_[std::size_t(y * width + x)];
-                const auto source = image.pixels[std::size_t((y - area.y) % image.height * image.width +
-                                                             (x - area.x) % image.width)];
+                auto& pixel = pixels_[position(x, y, width)];
+                const auto source = image.pixels[position((x - area.x) % image.width,
+                                                          (y - area.y) % image.height, image.width)];
                 pixel = blend == Blend::replace ? source : over(source, pixel);
             }
         }
@@ -77,7 +81,7 @@ std::shared_ptr<const Image> anyImage() {
     return std::make_shared<const Image>(
         Image{.width = columns,
               .height = rows,
-              .pixels = *rc::gen::container<std::vector<Pixel>>(std::size_t(columns * rows), pixel)});
+              .pixels = *rc::gen::container<std::vector<Pixel>>(position(0, rows, columns), pixel)});
 }
 
 Picture anyPicture() {

@@ -17,6 +17,8 @@ struct WindowFormat {
     xcb_render_pictformat_t format = 0;
     // Lives as long as the connection.
     xcb_colormap_t colormap = XCB_COLORMAP_NONE;
+
+    bool operator==(const WindowFormat&) const = default;
 };
 
 struct RenderFormats {
@@ -26,6 +28,8 @@ struct RenderFormats {
     std::optional<WindowFormat> translucent;
     // Pixels 0xAARRGGBB, premultiplied.
     xcb_render_pictformat_t image = 0;
+
+    bool operator==(const RenderFormats&) const = default;
 };
 
 // Absent when the server cannot compose images, shape windows or watch selections, or does not answer.

@@ -52,13 +52,11 @@ void X11BorderlessWindow::prepare() {
         return;
     }
     if (!surface_) {
-        const auto& formats = share_.formats;
-        surface_.emplace(share_.connection, area_,
-                         share_.isTranslucent ? *formats.translucent : formats.opaque);
+        surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format);
         isPlaced_ = isPlanned_ = isShaped_ = false;
     }
     if (takesMouse() && !mouseTaker_) {
-        mouseTaker_.emplace(share_.connection, area_);
+        mouseTaker_ = std::make_unique<StageWindow>(share_.connection, area_);
         isPlaced_ = isShaped_ = false;
     }
     if (!isPlanned_) {
@@ -114,7 +112,11 @@ void X11BorderlessWindow::arrange() {
 void X11BorderlessWindow::applyShape() {
     isShaped_ = true;
     const std::vector<PixelRect> whole{{.x = 0, .y = 0, .width = area_.width, .height = area_.height}};
-    const auto cutDown = [this](const StageWindow& window, std::vector<PixelRect> areas) {
+    const auto shape = [&](const StageWindow& window, std::vector<PixelRect> areas) {
+        if (cuts_.empty() && areas == whole) {
+            window.makeWhole();
+            return;
+        }
         for (auto cut : cuts_) {
             cut.x -= area_.x;
             cut.y -= area_.y;
@@ -122,20 +124,9 @@ void X11BorderlessWindow::applyShape() {
         }
         window.cutDownTo(areas);
     };
-    if (!share_.isTranslucent) {
-        cutDown(surface_->window(), opaqueArea_);
-    } else if (cuts_.empty()) {
-        surface_->window().makeWhole();
-    } else {
-        cutDown(surface_->window(), whole);
-    }
-    if (!mouseTaker_) {
-        return;
-    }
-    if (cuts_.empty()) {
-        mouseTaker_->makeWhole();
-    } else {
-        cutDown(*mouseTaker_, whole);
+    shape(surface_->window(), share_.isTranslucent ? whole : opaqueArea_);
+    if (mouseTaker_) {
+        shape(*mouseTaker_, whole);
     }
 }
 
@@ -167,11 +158,12 @@ std::vector<xcb_window_t> X11BorderlessWindow::windows() const {
     return result;
 }
 
-void X11BorderlessWindow::cutOut(const std::vector<PixelRect>& areas) {
+void X11BorderlessWindow::cutOut(std::vector<PixelRect> areas) {
+    std::erase_if(areas, [this](const PixelRect& area) { return !overlap(area, area_); });
     if (areas == cuts_) {
         return;
     }
-    cuts_ = areas;
+    cuts_ = std::move(areas);
     if (!surface_) {
         return;
     }

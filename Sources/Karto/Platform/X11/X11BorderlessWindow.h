@@ -26,8 +26,9 @@ namespace karto::x11 {
 // What the windows of one stage share.
 struct StageShare {
     Connection& connection;
-    RenderFormats formats;
     ServerImages images;
+    // What the windows are made of.
+    WindowFormat format;
     bool isTranslucent = false;
     // How often a window was brought to the front.
     std::uint64_t turns = 0;
@@ -82,8 +83,8 @@ public:
     [[nodiscard]] std::vector<xcb_window_t> windows() const;
 
     // Takes areas of the root out of the window, until told otherwise.
-    void cutOut(const std::vector<PixelRect>& areas);
-    // To be called when the share's translucency has changed.
+    void cutOut(std::vector<PixelRect> areas);
+    // To be called when the share's format has changed.
     void rebuild();
     // Whether the event was one of this window; it may have ended the window.
     bool handle(const xcb_generic_event_t& event);
@@ -109,9 +110,9 @@ private:
     Standing standing_;
     std::vector<PixelRect> cuts_;
 
-    // Both absent until they are needed.
-    std::optional<Surface> surface_;
-    std::optional<StageWindow> mouseTaker_;
+    // Both null until they are needed.
+    std::unique_ptr<Surface> surface_;
+    std::unique_ptr<StageWindow> mouseTaker_;
     // All that is there while the desktop is not translucent.
     std::vector<PixelRect> opaqueArea_;
     bool isPlaced_ = false;

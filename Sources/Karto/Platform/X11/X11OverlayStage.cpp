@@ -11,18 +11,18 @@ X11OverlayStage::X11OverlayStage(Connection& connection, WindowManager& manager,
                                  Scheduler& scheduler)
     : connection_(connection)
     , theme_(theme)
-    , formats_(readRenderFormats(connection))
+    , formats_(readRenderFormats(connection).value_or(RenderFormats()))
     , share_{.connection = connection,
-             .formats = formats_.value_or(RenderFormats()),
-             .images = ServerImages(connection, formats_ ? formats_->image : 0)}
+             .images = ServerImages(connection, formats_.image),
+             .format = formats_.opaque}
     , order_(connection, manager, scheduler,
              [this](WindowHandle above, const std::vector<PixelRect>& areas) { cutOut(above, areas); })
     , themeChanges_(theme.observeChanges([this] { styleObservers_.notify(); })) {
-    if (!formats_) {
+    if (formats_ == RenderFormats()) {
         return;
     }
-    compositor_.emplace(connection, [this] { followCompositor(); });
-    share_.isTranslucent = compositor_->isRunning() && formats_->translucent;
+    compositor_ = std::make_unique<CompositorWatch>(connection, [this] { followCompositor(); });
+    chooseFormat();
     events_ = connection.observe([this](const xcb_generic_event_t& event) {
         std::ignore = std::ranges::any_of(windows_, [&](auto* window) { return window->handle(event); });
     });
@@ -36,7 +36,7 @@ std::unique_ptr<BorderlessWindow> X11OverlayStage::createWindow(const Rect& fram
 }
 
 void X11OverlayStage::present() {
-    if (!formats_) {
+    if (!compositor_) {
         return;
     }
     for (auto* window : windows_) {
@@ -98,12 +98,17 @@ Registration X11OverlayStage::observeStyleChanges(std::function<void()> onChange
     return styleObservers_.add(std::move(onChange));
 }
 
+void X11OverlayStage::chooseFormat() {
+    share_.isTranslucent = compositor_->isRunning() && formats_.translucent.has_value();
+    share_.format = share_.isTranslucent ? formats_.translucent.value_or(formats_.opaque) : formats_.opaque;
+}
+
 void X11OverlayStage::followCompositor() {
-    const bool isTranslucent = compositor_->isRunning() && formats_->translucent;
-    if (isTranslucent == share_.isTranslucent) {
+    const bool before = share_.isTranslucent;
+    chooseFormat();
+    if (share_.isTranslucent == before) {
         return;
     }
-    share_.isTranslucent = isTranslucent;
     for (auto* window : windows_) {
         window->rebuild();
     }

@@ -13,7 +13,7 @@
 #include "Karto/Platform/X11/WindowManager.h"
 #include "Karto/Platform/X11/X11BorderlessWindow.h"
 
-#include <optional>
+#include <memory>
 #include <vector>
 
 namespace karto::x11 {
@@ -31,6 +31,7 @@ public:
     Registration observeStyleChanges(std::function<void()> onChange) override;
 
 private:
+    void chooseFormat();
     void followCompositor();
     // Out of the windows below that one; nothing out of windows below no other.
     void cutOut(WindowHandle above, const std::vector<PixelRect>& areas);
@@ -38,10 +39,10 @@ private:
 
     Connection& connection_;
     DesktopTheme& theme_;
-    // Absent when the server lacks what the stage needs: nothing is ever shown then.
-    std::optional<RenderFormats> formats_;
+    RenderFormats formats_;
     StageShare share_;
-    std::optional<CompositorWatch> compositor_;
+    // Null when the server lacks what the stage needs: nothing is ever shown then.
+    std::unique_ptr<CompositorWatch> compositor_;
     StageOrder order_;
     // In the order of creation.
     std::vector<X11BorderlessWindow*> windows_;
