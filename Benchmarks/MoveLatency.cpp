@@ -9,7 +9,7 @@
 // named "minimal" and "wmctrl" are what the others are measured against. --extents prints what the window
 // manager adds to a window: left, right, top, bottom.
 
-#include "MoveLatencyKeyboard.h"
+#include "Keyboard.h"
 #include "MoveLatencyWindow.h"
 
 #include <fmt/format.h>

@@ -31,6 +31,7 @@
 #include <pwd.h>
 #include <unistd.h>
 
+#include <chrono>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -39,6 +40,11 @@
 namespace {
 
 constexpr int failureStatus = 1;
+
+// Fonts and desktop entries take a while to find the first time: after what a person waits for at the start,
+// and before the person waits for what needs them.
+constexpr std::chrono::milliseconds warmUpDelay{500};
+constexpr karto::Rect warmUpFrame{.x = 0, .y = 0, .width = 400, .height = 300};
 
 std::string environment(const char* name) {
     const char* value = std::getenv(name); // NOLINT(concurrency-mt-unsafe)
@@ -142,6 +148,15 @@ int main(int argumentCount, char** arguments) {
                      .switcherModifiers = switcherModifiers,
                      .log = log});
     startup.run();
+    const auto warmingUp = scheduler.after(warmUpDelay, [&] {
+        const OverlayContentView zone{.content = OverlayZones{{.number = 1, .rect = warmUpFrame}},
+                                      .displayFrame = warmUpFrame,
+                                      .appearance = {}};
+        overlayPainter.paint(zone, stage.style());
+        switcherPainter.paint(
+            {.rows = {{.icon = installed.icon("karto"), .appName = "Karto", .title = "Karto"}}},
+            stage.style());
+    });
 
     const auto managerChanges = windowManager.observeChanges([&log](bool isAlive) {
         log.append(isAlive

@@ -126,6 +126,25 @@ TEST_F(OverlayControllerTest, pressingHyperAgainStartsTheDelayAnew) {
     EXPECT_THAT(shownAfter(1ms), ElementsAre("12", "3"));
 }
 
+TEST_F(OverlayControllerTest, isPreparedShortlyBeforeItIsToShow) {
+    desktop.hold(hyper);
+    scheduler.advance(199ms);
+    EXPECT_TRUE(stage.windows.empty());
+    scheduler.advance(1ms);
+    ASSERT_EQ(stage.windows.size(), 2U);
+    EXPECT_TRUE(stage.windows.front().isPrepared);
+    EXPECT_THAT(stage.shown(), IsEmpty());
+    EXPECT_THAT(shownAfter(100ms), ElementsAre("12", "3"));
+    EXPECT_EQ(stage.windows.front().timesPainted, 1);
+    desktop.hold(nothing);
+
+    stage.windows.front().isPrepared = false;
+    desktop.hold(hyper);
+    desktop.hold(nothing);
+    scheduler.advance(1s);
+    EXPECT_FALSE(stage.windows.front().isPrepared);
+}
+
 TEST_F(OverlayControllerTest, noDelayStillWaitsForTheEventToBeHandled) {
     auto immediate = *config.current();
     immediate.overlay.emplace().delay = 0;

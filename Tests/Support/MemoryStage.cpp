@@ -51,6 +51,8 @@ public:
         ++self_->timesPainted;
     }
 
+    void prepare() override { self_->isPrepared = true; }
+
     void orderFront() override {
         self_->isVisible = true;
         self_->below.reset();

@@ -22,6 +22,7 @@ struct MemoryStageWindow {
     bool ignoresMouse = true;
     std::string picture;
     int timesPainted = 0;
+    bool isPrepared = false;
     bool isVisible = false;
     std::optional<WindowHandle> below;
     Observers<Point> clicks;

@@ -10,12 +10,17 @@
 #include <chrono>
 #include <cstddef>
 #include <ranges>
+#include <span>
+#include <tuple>
 #include <utility>
 #include <variant>
 
 namespace karto {
 
 namespace {
+
+// Before the delay ends; a shortcut pressed quickly is through by then.
+constexpr std::chrono::milliseconds preparationTime{100};
 
 std::chrono::milliseconds delayOf(const OverlayAppearance& appearance) {
     return std::chrono::round<std::chrono::milliseconds>(std::chrono::duration<double>(appearance.delay));
@@ -43,6 +48,12 @@ void select(int order, std::vector<OverlayScreen>& screens) {
             }
         }
     }
+}
+
+std::string unmatchedSentence(const DisplayInfo& display, std::span<const DisplayInfo> systemScreens) {
+    return fmt::format(
+        "no NSScreen matched display \"{}\" — NSScreen.screens reports [{}], nothing drawn on this display",
+        display.name, fmt::join(systemScreens | std::views::transform(&DisplayInfo::name), ", "));
 }
 
 } // namespace
@@ -81,19 +92,39 @@ void OverlayController::decide(bool delayElapsed) {
 
 void OverlayController::armDelay() {
     appearance_ = appearanceOf(services_.config.current().get());
-    pendingShow_ = services_.scheduler.after(delayOf(appearance_), callbacks_.wrap([this] {
+    const auto delay = delayOf(appearance_);
+    pendingShow_ = services_.scheduler.after(delay, callbacks_.wrap([this] {
         if (!preview_) {
             decide(true);
         }
     }));
+    pendingPreparation_.reset();
+    if (delay > preparationTime) {
+        pendingPreparation_ =
+            services_.scheduler.after(delay - preparationTime, callbacks_.wrap([this] { prepare(); }));
+    }
+}
+
+void OverlayController::prepare() {
+    const bool isToShow =
+        OverlayGate::decide(lastHeld_, services_.config.hotkeyModifiers(),
+                            {.isShowing = isShowing_, .delayElapsed = true}) == OverlayDecision::show;
+    if (!isToShow) {
+        return;
+    }
+    // Reported when the overlay is shown.
+    std::ignore = rebuildWindows(currentScreens());
+    for (const auto& window : windows_) {
+        window->prepare();
+    }
+    services_.stage.present();
 }
 
 void OverlayController::show() {
     if (isShowing_) {
         return;
     }
-    const auto& config = services_.config;
-    rebuildWindows(screensOf(config.current().get(), services_.displays.displays(), config.lastError()));
+    report(rebuildWindows(currentScreens()));
     for (const auto& window : windows_) {
         window->orderFront();
     }
@@ -103,6 +134,7 @@ void OverlayController::show() {
 
 void OverlayController::hide() {
     pendingShow_.reset();
+    pendingPreparation_.reset();
     for (const auto& window : windows_) {
         window->orderOut();
     }
@@ -114,6 +146,7 @@ void OverlayController::hide() {
 void OverlayController::beginPreview(WindowHandle previewWindow, ZoneClickHandler onZoneClick) {
     preview_ = Preview{.window = previewWindow, .onZoneClick = std::move(onZoneClick)};
     pendingShow_.reset();
+    pendingPreparation_.reset();
 }
 
 void OverlayController::updatePreview(const KartoConfig& config, std::optional<int> selectedZoneOrder) {
@@ -125,7 +158,7 @@ void OverlayController::updatePreview(const KartoConfig& config, std::optional<i
     if (selectedZoneOrder) {
         select(*selectedZoneOrder, screens);
     }
-    rebuildWindows(std::move(screens));
+    report(rebuildWindows(std::move(screens)));
     if (orderedBelow_ != preview_->window) {
         for (const auto& window : windows_) {
             window->orderBelow(preview_->window);
@@ -165,21 +198,29 @@ void OverlayController::repaint() {
     }
 }
 
-void OverlayController::rebuildWindows(std::vector<OverlayScreen> screens) {
-    screens_ = std::move(screens);
-    if (!std::ranges::equal(screens_, windowDisplays_, {}, &OverlayScreen::display)) {
-        createWindows();
-    }
-    fill();
+std::vector<OverlayScreen> OverlayController::currentScreens() {
+    const auto& config = services_.config;
+    return screensOf(config.current().get(), services_.displays.displays(), config.lastError());
 }
 
-void OverlayController::createWindows() {
+std::vector<std::string> OverlayController::rebuildWindows(std::vector<OverlayScreen> screens) {
+    screens_ = std::move(screens);
+    std::vector<std::string> unmatched;
+    if (!std::ranges::equal(screens_, windowDisplays_, {}, &OverlayScreen::display)) {
+        unmatched = createWindows();
+    }
+    fill();
+    return unmatched;
+}
+
+std::vector<std::string> OverlayController::createWindows() {
     windows_.clear();
     windowDisplays_.clear();
     orderedBelow_.reset();
     const auto systemScreens = readDisplays(services_.screens);
     std::vector<bool> isTaken(systemScreens.size());
     std::vector<OverlayScreen> matched;
+    std::vector<std::string> unmatched;
     for (OverlayScreen& screen : screens_) {
         // Displays that share a name take different screens, in the system's order.
         const auto indices = std::views::iota(std::size_t{0}, systemScreens.size());
@@ -187,7 +228,7 @@ void OverlayController::createWindows() {
             return !isTaken[each] && systemScreens[each].name == screen.display.name;
         });
         if (index == indices.end()) {
-            logUnmatched(screen.display, systemScreens);
+            unmatched.push_back(unmatchedSentence(screen.display, systemScreens));
             continue;
         }
         isTaken[*index] = true;
@@ -197,6 +238,7 @@ void OverlayController::createWindows() {
         matched.push_back(std::move(screen));
     }
     screens_ = std::move(matched);
+    return unmatched;
 }
 
 void OverlayController::fill() {
@@ -215,11 +257,10 @@ void OverlayController::fill() {
     }
 }
 
-void OverlayController::logUnmatched(const DisplayInfo& display, std::span<const DisplayInfo> systemScreens) {
-    services_.log.append(fmt::format(
-        "overlay: no NSScreen matched display \"{}\" — NSScreen.screens reports [{}], nothing drawn on this "
-        "display",
-        display.name, fmt::join(systemScreens | std::views::transform(&DisplayInfo::name), ", ")));
+void OverlayController::report(const std::vector<std::string>& sentences) {
+    for (const std::string& sentence : sentences) {
+        services_.log.append("overlay: " + sentence);
+    }
 }
 
 } // namespace karto

@@ -19,8 +19,9 @@
 
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
-#include <span>
+#include <string>
 #include <vector>
 
 namespace karto {
@@ -63,15 +64,19 @@ private:
     void modifiersChanged(ModifierSet held);
     void decide(bool delayElapsed);
     void armDelay();
+    void prepare();
     void show();
     void hide();
     void screensChanged();
     void activityChanged(bool isActive);
     void repaint();
-    void rebuildWindows(std::vector<OverlayScreen> screens);
-    void createWindows();
+    // The screens by the configuration in force.
+    std::vector<OverlayScreen> currentScreens();
+    // Both return a sentence for each display that no screen is found for.
+    [[nodiscard]] std::vector<std::string> rebuildWindows(std::vector<OverlayScreen> screens);
+    [[nodiscard]] std::vector<std::string> createWindows();
     void fill();
-    void logUnmatched(const DisplayInfo& display, std::span<const DisplayInfo> systemScreens);
+    void report(const std::vector<std::string>& sentences);
 
     Services services_;
     PaintOverlay paint_;
@@ -82,6 +87,7 @@ private:
     std::vector<DisplayInfo> windowDisplays_;
     bool isShowing_ = false;
     Registration pendingShow_;
+    Registration pendingPreparation_;
     // The window that the overlay was last ordered below.
     std::optional<WindowHandle> orderedBelow_;
     OverlayAppearance appearance_;

@@ -31,6 +31,8 @@ public:
         onZoneTap_ = std::move(onZoneTap);
     }
 
+    void prepare() { window_->prepare(); }
+
     void orderFront() { window_->orderFront(); }
 
     void orderBelow(WindowHandle window) { window_->orderBelow(window); }

@@ -43,6 +43,9 @@ public:
     virtual void setIgnoresMouse(bool ignoresMouse) = 0;
     virtual void setPicture(Picture picture) = 0;
 
+    // Does beforehand what it takes to show the window at once with the picture that it has. Nothing is seen of
+    // it, and what was done is undone when the window is not shown within some seconds.
+    virtual void prepare() = 0;
     // Shows the window in front of all of its level and lower ones; nothing is activated.
     virtual void orderFront() = 0;
     // Shows the window directly below another one, and keeps it there.

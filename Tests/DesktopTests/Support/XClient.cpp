@@ -118,7 +118,7 @@ std::vector<Rect> XClient::unmanagedFrames(const std::string& name) const {
                              attributes->map_state == XCB_MAP_STATE_VIEWABLE &&
                              attributes->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
         const auto area = isShown && isNamed(window, name) ? clientArea(window) : std::nullopt;
-        if (area) {
+        if (area && area->maxX() > 0) {
             frames.push_back(*area);
         }
     }

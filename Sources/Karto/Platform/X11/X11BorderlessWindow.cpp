@@ -33,7 +33,6 @@ void X11BorderlessWindow::setFrame(const Rect& frame) {
     }
     const bool isResized = area.width != area_.width || area.height != area_.height;
     area_ = area;
-    isPlaced_ = false;
     isPlanned_ = isPlanned_ && !isResized;
     isShaped_ = isShaped_ && !isResized && cuts_.empty();
 }
@@ -49,15 +48,35 @@ Registration X11BorderlessWindow::observeClicks(std::function<void(Point)> onCli
 
 void X11BorderlessWindow::prepare() {
     if (isHidden()) {
+        standing_ = Ready{};
+    }
+}
+
+void X11BorderlessWindow::orderOut() {
+    if (isMapped()) {
+        standing_ = share_.isTranslucent ? Standing(Ready{}) : Standing(Hidden{});
+    }
+}
+
+void X11BorderlessWindow::retire() {
+    if (isReady()) {
+        standing_ = Hidden{};
+    }
+}
+
+void X11BorderlessWindow::build() {
+    if (isHidden()) {
         return;
     }
     if (!surface_) {
         surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format);
-        isPlaced_ = isPlanned_ = isShaped_ = false;
+        placed_.reset();
+        isPlanned_ = isShaped_ = false;
     }
     if (takesMouse() && !mouseTaker_) {
         mouseTaker_ = std::make_unique<StageWindow>(share_.connection, area_);
-        isPlaced_ = isShaped_ = false;
+        placed_.reset();
+        isShaped_ = false;
     }
     if (!isPlanned_) {
         plan();
@@ -87,22 +106,24 @@ void X11BorderlessWindow::arrange() {
         mouseTaker_->hide();
         pressed_.reset();
     }
-    if (isHidden() && surface_) {
+    if (!isMapped() && surface_) {
         surface_->window().hide();
         isPainted_ = false;
     }
     if (!std::holds_alternative<Below>(standing_)) {
         cutOut({});
     }
-    if (isHidden()) {
+    if (!isMapped()) {
         return;
     }
-    if (!isPlaced_) {
-        surface_->window().place(area_);
+    auto place = area_;
+    place.x = isShown() ? place.x : -place.width;
+    if (placed_ != place) {
+        surface_->window().place(place);
         if (mouseTaker_) {
-            mouseTaker_->place(area_);
+            mouseTaker_->place(place);
         }
-        isPlaced_ = true;
+        placed_ = place;
     }
     if (!isShaped_) {
         applyShape();
@@ -131,7 +152,7 @@ void X11BorderlessWindow::applyShape() {
 }
 
 void X11BorderlessWindow::show() {
-    if (isHidden()) {
+    if (!isMapped()) {
         return;
     }
     surface_->show();
@@ -141,7 +162,7 @@ void X11BorderlessWindow::show() {
 }
 
 void X11BorderlessWindow::paint() {
-    if (!isHidden() && !isPainted_) {
+    if (isMapped() && !isPainted_) {
         surface_->paint();
         isPainted_ = true;
     }
@@ -152,7 +173,7 @@ std::vector<xcb_window_t> X11BorderlessWindow::windows() const {
     if (takesMouse() && mouseTaker_) {
         result.push_back(mouseTaker_->id());
     }
-    if (!isHidden() && surface_) {
+    if (isShown() && surface_) {
         result.push_back(surface_->id());
     }
     return result;

@@ -38,6 +38,10 @@ class X11BorderlessWindow final : public BorderlessWindow {
 public:
     struct Hidden {};
 
+    // About to be shown, or hidden a moment ago. A translucent desktop keeps what is painted on a window, so
+    // it is there already, beyond the edge of the desktop; otherwise only what its picture needs is.
+    struct Ready {};
+
     struct InFront {
         // Of two windows of one level, the later one is in front.
         std::uint64_t turn = 0;
@@ -47,7 +51,7 @@ public:
         WindowHandle window;
     };
 
-    using Standing = std::variant<Hidden, InFront, Below>;
+    using Standing = std::variant<Hidden, Ready, InFront, Below>;
 
     X11BorderlessWindow(StageShare& share, const Rect& frame);
 
@@ -59,23 +63,27 @@ public:
 
     void setPicture(Picture picture) override;
 
+    void prepare() override;
+
     void orderFront() override { standing_ = InFront{.turn = ++share_.turns}; }
 
     void orderBelow(WindowHandle window) override { standing_ = Below{.window = window}; }
 
-    void orderOut() override { standing_ = Hidden{}; }
+    void orderOut() override;
 
     Registration observeClicks(std::function<void(Point)> onClick) override;
 
     // The stage takes its windows through these together, one step after the other.
     // Sends whatever takes long; nothing of it can be seen.
-    void prepare();
+    void build();
     // Brings what is shown into place and shape, and hides what is not.
     void arrange();
     void show();
     void paint();
 
     [[nodiscard]] const Standing& standing() const { return standing_; }
+
+    [[nodiscard]] bool isReady() const { return std::holds_alternative<Ready>(standing_); }
 
     [[nodiscard]] StageLevel level() const { return level_; }
 
@@ -84,6 +92,8 @@ public:
 
     // Takes areas of the root out of the window, until told otherwise.
     void cutOut(std::vector<PixelRect> areas);
+    // Hides what was only ready.
+    void retire();
     // To be called when the share's format has changed.
     void rebuild();
     // Whether the event was one of this window; it may have ended the window.
@@ -95,7 +105,14 @@ public:
 private:
     [[nodiscard]] bool isHidden() const { return std::holds_alternative<Hidden>(standing_); }
 
-    [[nodiscard]] bool takesMouse() const { return !isHidden() && !ignoresMouse_; }
+    [[nodiscard]] bool isShown() const {
+        return std::holds_alternative<InFront>(standing_) || std::holds_alternative<Below>(standing_);
+    }
+
+    // Whether the server has it among the windows of the desktop.
+    [[nodiscard]] bool isMapped() const { return isShown() || (isReady() && share_.isTranslucent); }
+
+    [[nodiscard]] bool takesMouse() const { return isShown() && !ignoresMouse_; }
 
     void plan();
     void applyShape();
@@ -115,7 +132,8 @@ private:
     std::unique_ptr<StageWindow> mouseTaker_;
     // All that is there while the desktop is not translucent.
     std::vector<PixelRect> opaqueArea_;
-    bool isPlaced_ = false;
+    // Where the surface was placed last; absent for a new one.
+    std::optional<PixelRect> placed_;
     bool isPlanned_ = false;
     bool isShaped_ = false;
     bool isPainted_ = false;

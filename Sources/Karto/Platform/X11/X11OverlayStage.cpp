@@ -1,15 +1,23 @@
 #include "Karto/Platform/X11/X11OverlayStage.h"
 
 #include <algorithm>
+#include <chrono>
 #include <tuple>
 #include <utility>
 #include <variant>
 
 namespace karto::x11 {
 
+namespace {
+
+constexpr std::chrono::seconds lingerTime{10};
+
+} // namespace
+
 X11OverlayStage::X11OverlayStage(Connection& connection, WindowManager& manager, DesktopTheme& theme,
                                  Scheduler& scheduler)
     : connection_(connection)
+    , scheduler_(scheduler)
     , theme_(theme)
     , formats_(readRenderFormats(connection).value_or(RenderFormats()))
     , share_{.connection = connection,
@@ -40,7 +48,7 @@ void X11OverlayStage::present() {
         return;
     }
     for (auto* window : windows_) {
-        window->prepare();
+        window->build();
     }
     order_.want(wantedOrder());
     // Nobody, the compositor least of all, is to see some of it without the rest.
@@ -57,6 +65,20 @@ void X11OverlayStage::present() {
     }
     xcb_ungrab_server(connection_.get());
     connection_.flush();
+    retireLater();
+}
+
+void X11OverlayStage::retireLater() {
+    const bool isAnyReady = std::ranges::any_of(windows_, &X11BorderlessWindow::isReady);
+    retiring_ =
+        isAnyReady ? scheduler_.after(lingerTime, callbacks_.wrap([this] { retire(); })) : Registration();
+}
+
+void X11OverlayStage::retire() {
+    for (auto* window : windows_) {
+        window->retire();
+    }
+    present();
 }
 
 StageOrder::Wanted X11OverlayStage::wantedOrder() const {

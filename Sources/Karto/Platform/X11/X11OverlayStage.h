@@ -32,12 +32,16 @@ public:
 
 private:
     void chooseFormat();
+    // Windows that are ready take the server's memory, though not for long.
+    void retireLater();
+    void retire();
     void followCompositor();
     // Out of the windows below that one; nothing out of windows below no other.
     void cutOut(WindowHandle above, const std::vector<PixelRect>& areas);
     [[nodiscard]] StageOrder::Wanted wantedOrder() const;
 
     Connection& connection_;
+    Scheduler& scheduler_;
     DesktopTheme& theme_;
     RenderFormats formats_;
     StageShare share_;
@@ -49,6 +53,7 @@ private:
     Observers<> styleObservers_;
     Registration themeChanges_;
     Registration events_;
+    Registration retiring_;
     WeakCallbacks callbacks_;
 };
 

@@ -1,4 +1,4 @@
-#include "MoveLatencyKeyboard.h"
+#include "Keyboard.h"
 
 #include <xcb/xtest.h>
 
@@ -23,11 +23,24 @@ Keyboard::Keyboard(const XServer& server)
     , hyper_{server.keyCode(shiftLeft), server.keyCode(controlLeft), server.keyCode(altLeft),
              server.keyCode(superLeft)} {}
 
-void Keyboard::holdHyper() const {
+Clock::time_point Keyboard::pressHyper() const {
+    const auto start = Clock::now();
     for (const xcb_keycode_t modifier : hyper_)
         fake(XCB_KEY_PRESS, modifier);
+    xcb_flush(server_.connection());
+    return start;
+}
+
+void Keyboard::holdHyper() const {
+    static_cast<void>(pressHyper());
     server_.sync();
     std::this_thread::sleep_for(chordPause);
+}
+
+void Keyboard::releaseHyper() const {
+    for (const xcb_keycode_t modifier : hyper_)
+        fake(XCB_KEY_RELEASE, modifier);
+    server_.sync();
 }
 
 Clock::time_point Keyboard::press(xcb_keycode_t key) const {
@@ -39,9 +52,7 @@ Clock::time_point Keyboard::press(xcb_keycode_t key) const {
 
 void Keyboard::release(xcb_keycode_t key) const {
     fake(XCB_KEY_RELEASE, key);
-    for (const xcb_keycode_t modifier : hyper_)
-        fake(XCB_KEY_RELEASE, modifier);
-    server_.sync();
+    releaseHyper();
 }
 
 void Keyboard::fake(std::uint8_t event, xcb_keycode_t key) const {

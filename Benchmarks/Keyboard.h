@@ -12,8 +12,11 @@ class Keyboard {
 public:
     explicit Keyboard(const XServer& server);
 
-    // Presses Shift, Control, Alt and Super and gives every program that watches them a moment.
+    // Presses Shift, Control, Alt and Super and returns the time just before.
+    [[nodiscard]] Clock::time_point pressHyper() const;
+    // The same, and gives every program that watches them a moment.
     void holdHyper() const;
+    void releaseHyper() const;
     // Returns the time just before the press was sent.
     [[nodiscard]] Clock::time_point press(xcb_keycode_t key) const;
     // Lets the key go, then the modifiers.
