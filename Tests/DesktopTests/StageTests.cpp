@@ -8,6 +8,8 @@
 #include <malloc.h>
 #include <xcb/res.h>
 
+#include <algorithm>
+#include <span>
 #include <utility>
 
 namespace karto::desktop {
@@ -209,6 +211,41 @@ TEST_F(StageTest, whatNothingBlendsIsCutOutAndTheCompositorIsFollowed) {
     EXPECT_TRUE(reaches([&] { return !stage->style().isTranslucent; }));
     expect(cut);
     EXPECT_EQ(changes, 2);
+}
+
+TEST_F(StageTest, aWindowWaitsOutOfSightBeforeItIsShownAndForAWhileAfter) {
+    startCompositor();
+    const Application below = Application::probe(desktop, "plain", "below", somewhere);
+    const auto waiting = [&] {
+        const Reply<xcb_query_tree_reply_t> tree(
+            xcb_query_tree_reply(server(), xcb_query_tree(server(), desktop.x().root()), nullptr));
+        const std::span children(xcb_query_tree_children(tree.get()), tree->children_len);
+        return std::ranges::count_if(children, [&](xcb_window_t window) {
+            const auto cookie = xcb_get_window_attributes(server(), window);
+            const Reply<xcb_get_window_attributes_reply_t> attributes(
+                xcb_get_window_attributes_reply(server(), cookie, nullptr));
+            return isOwn(window) && attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        });
+    };
+    const auto window = createWindow(studio, red);
+    window->prepare();
+    stage->present();
+    EXPECT_EQ(waiting(), 1);
+    EXPECT_TRUE(shows(300, 300, slate));
+    for (int i = 0; i < 2; ++i) {
+        window->orderFront();
+        stage->present();
+        EXPECT_TRUE(shows(300, 300, red));
+        window->orderOut();
+        stage->present();
+        EXPECT_TRUE(shows(300, 300, slate));
+        EXPECT_EQ(waiting(), 1);
+    }
+    scheduler.advance(10s);
+    EXPECT_EQ(waiting(), 0);
+    window->orderFront();
+    stage->present();
+    EXPECT_TRUE(shows(300, 300, red));
 }
 
 TEST_F(StageTest, showingAndHidingLeavesNothingBehind) {
