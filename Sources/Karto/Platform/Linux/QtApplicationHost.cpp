@@ -1,5 +1,7 @@
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 
+#include <QFile>
+#include <QIcon>
 #include <QMessageBox>
 #include <QProcess>
 #include <QPushButton>
@@ -7,6 +9,7 @@
 
 #include <sys/signalfd.h>
 
+#include <algorithm>
 #include <array>
 #include <csignal>
 #include <cstdio>
@@ -18,6 +21,21 @@ namespace {
 
 constexpr std::array settingsPrograms{"gnome-control-center", "systemsettings",      "xfce4-settings-manager",
                                       "cinnamon-settings",    "mate-control-center", "lxqt-config"};
+
+constexpr std::array iconThemes{"Adwaita", "breeze", "Papirus", "gnome", "oxygen", "Tango"};
+
+// For a desktop whose own theme, if it has one, lacks an icon.
+void fallBackToInstalledIconTheme() {
+    const auto isInstalled = [](const char* theme) {
+        return std::ranges::any_of(QIcon::themeSearchPaths(), [=](const QString& folder) {
+            return QFile::exists(folder + '/' + theme + "/index.theme");
+        });
+    };
+    const auto* const theme = std::ranges::find_if(iconThemes, isInstalled);
+    if (theme != iconThemes.end()) {
+        QIcon::setFallbackThemeName(*theme);
+    }
+}
 
 sigset_t endings() {
     sigset_t set;
@@ -43,6 +61,7 @@ QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
     QApplication::setApplicationName("Karto");
     QApplication::setDesktopFileName("karto");
     QApplication::setQuitOnLastWindowClosed(false);
+    fallBackToInstalledIconTheme();
 }
 
 QtApplicationHost::LastDeletions::~LastDeletions() {
