@@ -2,7 +2,7 @@
 // Pictures as a screen would show them.
 
 #include "Karto/Drawing/QtImages.h"
-#include "Karto/Platform/Picture.h"
+#include "KartoCore/Picture.h"
 
 #include <QBrush>
 #include <QPainter>

@@ -1,7 +1,7 @@
 #pragma once
 // A shape of any size from one small image: corners as they are, edges and middle repeated.
 
-#include "Karto/Platform/Picture.h"
+#include "KartoCore/Picture.h"
 
 #include <array>
 #include <memory>

@@ -1,8 +1,8 @@
 #pragma once
 // Between the images and colours of pictures and those that Qt paints with.
 
-#include "Karto/Platform/Picture.h"
 #include "KartoCore/OverlayAppearance.h"
+#include "KartoCore/Picture.h"
 
 #include <QColor>
 #include <QImage>

@@ -2,10 +2,10 @@
 // What one overlay window shows: the numbered zones of its display, or a message in their place.
 
 #include "Karto/Platform/OverlayStage.h"
-#include "Karto/Platform/Picture.h"
 #include "KartoCore/Geometry.h"
 #include "KartoCore/OverlayAppearance.h"
 #include "KartoCore/OverlayLayout.h"
+#include "KartoCore/Picture.h"
 
 #include <memory>
 

@@ -4,9 +4,9 @@
 // borders, in global points (X pixels), y down. Every call takes 0.25 seconds at most; a read that fails is
 // absent.
 
-#include "Karto/Platform/Picture.h"
 #include "Karto/Platform/WindowHandle.h"
 #include "KartoCore/Geometry.h"
+#include "KartoCore/Picture.h"
 
 #include <cstdint>
 #include <functional>

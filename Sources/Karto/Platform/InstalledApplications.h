@@ -1,7 +1,7 @@
 #pragma once
 // The applications installed on the desktop, as its menus show them.
 
-#include "Karto/Platform/Picture.h"
+#include "KartoCore/Picture.h"
 
 #include <memory>
 #include <optional>

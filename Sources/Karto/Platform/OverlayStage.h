@@ -2,11 +2,11 @@
 // Borderless windows above the desktop: they take no focus, belong to no application's windows and show a
 // picture that lets the work below shine through.
 
-#include "Karto/Platform/Picture.h"
 #include "Karto/Platform/Registration.h"
 #include "Karto/Platform/WindowHandle.h"
 #include "KartoCore/Geometry.h"
 #include "KartoCore/OverlayAppearance.h"
+#include "KartoCore/Picture.h"
 
 #include <cstdint>
 #include <functional>
@@ -43,8 +43,8 @@ public:
     virtual void setIgnoresMouse(bool ignoresMouse) = 0;
     virtual void setPicture(Picture picture) = 0;
 
-    // Does beforehand what it takes to show the window at once with the picture that it has. Nothing is seen of
-    // it, and what was done is undone when the window is not shown within some seconds.
+    // Does beforehand what it takes to show the window at once with the picture that it has. Nothing is seen
+    // of it, and what was done is undone when the window is not shown within some seconds.
     virtual void prepare() = 0;
     // Shows the window in front of all of its level and lower ones; nothing is activated.
     virtual void orderFront() = 0;

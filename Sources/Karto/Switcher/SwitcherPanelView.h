@@ -2,7 +2,7 @@
 // What the switcher panel shows: a row for each window, one of them selected.
 
 #include "Karto/Platform/OverlayStage.h"
-#include "Karto/Platform/Picture.h"
+#include "KartoCore/Picture.h"
 
 #include <memory>
 #include <optional>

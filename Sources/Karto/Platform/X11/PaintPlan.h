@@ -1,7 +1,7 @@
 #pragma once
 // How a picture gets into a window with as few pixels painted as can be, and which pixels it has at all.
 
-#include "Karto/Platform/Picture.h"
+#include "KartoCore/Picture.h"
 
 #include <cstdint>
 #include <memory>

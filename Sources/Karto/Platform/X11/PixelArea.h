@@ -1,7 +1,7 @@
 #pragma once
 // Arithmetic on rectangles of whole pixels.
 
-#include "Karto/Platform/Picture.h"
+#include "KartoCore/Picture.h"
 
 #include <vector>
 

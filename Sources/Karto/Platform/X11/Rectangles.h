@@ -1,7 +1,7 @@
 #pragma once
 // Rectangles as the server wants them.
 
-#include "Karto/Platform/Picture.h"
+#include "KartoCore/Picture.h"
 
 #include <xcb/xcb.h>
 

@@ -1,8 +1,8 @@
 #pragma once
 // The images of pictures as the server keeps them: each sent once, and kept as long as anything uses it.
 
-#include "Karto/Platform/Picture.h"
 #include "Karto/Platform/X11/Connection.h"
+#include "KartoCore/Picture.h"
 
 #include <xcb/render.h>
 

@@ -4,12 +4,12 @@
 // above those that they do. Where a window of the stage cannot be brought below another one, what should
 // cover it is cut out of it: the picture is the same.
 
-#include "Karto/Platform/Picture.h"
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/WindowHandle.h"
 #include "Karto/Platform/X11/Connection.h"
 #include "Karto/Platform/X11/WindowManager.h"
+#include "KartoCore/Picture.h"
 
 #include <xcb/xcb.h>
 

@@ -2,9 +2,9 @@
 // A window of the stage as the server knows it: without border, hidden from window managers and the focus,
 // and said to be no window that a desktop should decorate.
 
-#include "Karto/Platform/Picture.h"
 #include "Karto/Platform/X11/Connection.h"
 #include "Karto/Platform/X11/RenderFormats.h"
+#include "KartoCore/Picture.h"
 
 #include <xcb/xcb.h>
 

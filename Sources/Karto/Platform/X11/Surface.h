@@ -1,12 +1,12 @@
 #pragma once
 // What a window of the stage shows. No pixels are kept for it: a plan says how they come about again.
 
-#include "Karto/Platform/Picture.h"
 #include "Karto/Platform/X11/Connection.h"
 #include "Karto/Platform/X11/PaintPlan.h"
 #include "Karto/Platform/X11/RenderFormats.h"
 #include "Karto/Platform/X11/ServerImages.h"
 #include "Karto/Platform/X11/StageWindow.h"
+#include "KartoCore/Picture.h"
 
 #include <xcb/render.h>
 #include <xcb/xcb.h>
