@@ -147,8 +147,10 @@ TEST_F(OverlayControllerTest, isPreparedShortlyBeforeItIsToShow) {
 
 TEST_F(OverlayControllerTest, noDelayStillWaitsForTheEventToBeHandled) {
     auto immediate = *config.current();
-    immediate.overlay.emplace().delay = 0;
-    immediate.overlay->color = "#00ff00";
+    OverlayConfig look;
+    look.delay = 0;
+    look.color = "#00ff00";
+    immediate.overlay = look;
     config.set(immediate);
     desktop.hold(hyper);
     EXPECT_THAT(stage.shown(), IsEmpty());
