@@ -84,8 +84,8 @@ int main(int argumentCount, char** arguments) {
                                    isWayland ? ", and Karto cannot work in a Wayland session" : ""));
     }
     x11::Connection& connection = **opened;
-    if (!x11::claimDisplay(connection)) {
-        return endWith("startup: Karto is running on this display already — quitting");
+    if (const auto claimed = x11::claimDisplay(connection); !claimed) {
+        return endWith(fmt::format("startup: {} — quitting", claimed.error()));
     }
 
     // Windows of this program are placed in X pixels, which no other platform of the toolkit knows.
@@ -113,6 +113,11 @@ int main(int argumentCount, char** arguments) {
     Coordinator coordinator(windowService, displays, store, log);
     QtDesktopTheme theme;
     x11::X11OverlayStage stage(connection, windowManager, theme, scheduler);
+    if (!stage.isUsable()) {
+        log.append(
+            "overlay: the X server lacks an extension or a format that the overlay and the switcher need "
+            "— neither will be seen");
+    }
     SwitcherPainter switcherPainter;
     SwitcherWindow panel(stage, [&](const SwitcherPanelView& view, const StageStyle& style) {
         return switcherPainter.paint(view, style);

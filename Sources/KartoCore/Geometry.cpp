@@ -1,6 +1,7 @@
 #include "KartoCore/Geometry.h"
 
 #include <algorithm>
+#include <cmath>
 
 namespace karto {
 
@@ -9,6 +10,11 @@ Rect NormRect::pixelRect(const Rect& frame) const {
             .y = frame.y + y * frame.height,
             .width = w * frame.width,
             .height = h * frame.height};
+}
+
+int nearestPixel(double coordinate) {
+    constexpr double roundingError = 1e-6;
+    return static_cast<int>(std::floor(coordinate + 0.5 + roundingError));
 }
 
 double overlapArea(const Rect& a, const Rect& b) {

@@ -66,6 +66,10 @@ struct NormRect {
     bool operator==(const NormRect&) const = default;
 };
 
+// The pixel that an edge falls on. Edges are sums of products: those of neighbours may differ in their last
+// digits, and must not fall on different pixels where the true edge is in the middle of two.
+int nearestPixel(double coordinate);
+
 // Area of the common part; 0 when the two only touch or lie apart.
 double overlapArea(const Rect& a, const Rect& b);
 

@@ -159,6 +159,7 @@ TEST_F(OverlayControllerTest, noDelayStillWaitsForTheEventToBeHandled) {
 
 TEST_F(OverlayControllerTest, aReleaseThatNobodyReportedIsNoticed) {
     EXPECT_THAT(shownWhileHeld(), ElementsAre("12", "3"));
+    EXPECT_THAT(shownAfter(2s), ElementsAre("12", "3"));
     desktop.holdUnreported(nothing);
     EXPECT_THAT(shownAfter(500ms), IsEmpty());
     EXPECT_EQ(scheduler.pendingTasks(), 0U);

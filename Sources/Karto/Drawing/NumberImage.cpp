@@ -89,10 +89,7 @@ QImage withRim(const QPainterPath& path, QSize size, const QFont& font, const Nu
 
 } // namespace
 
-QSizeF numberExtent(int number, const QFont& font) {
-    const double margins = 2.0 * blurReach(blurRadius(font));
-    return figures(number, font).boundingRect().size() + QSizeF(margins, margins);
-}
+QSizeF numberExtent(int number, const QFont& font) { return figures(number, font).boundingRect().size(); }
 
 QImage numberImage(int number, const QFont& font, const NumberLook& look) {
     const auto outlines = figures(number, font);

@@ -16,7 +16,7 @@ struct NumberLook {
     bool isTranslucent = true;
 };
 
-// What the figures of a number and its halo take.
+// What the figures of a number take, without their halo.
 QSizeF numberExtent(int number, const QFont& font);
 
 // The ink of the figures is in the middle of the image.

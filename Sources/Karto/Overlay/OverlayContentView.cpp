@@ -40,13 +40,6 @@ constexpr double messageWidth = 640;
 constexpr double messageRadius = 16;
 constexpr double messageOpacity = 0.75;
 
-// The edges of zones are sums of products: those of neighbours may differ in their last digits, and must not
-// fall on different pixels where the true edge is in the middle of two.
-int nearestPixel(double coordinate) {
-    constexpr double roundingError = 1e-6;
-    return static_cast<int>(std::floor(coordinate + 0.5 + roundingError));
-}
-
 PixelRect pixels(const Rect& rect, Point origin) {
     const int left = nearestPixel(rect.x);
     const int top = nearestPixel(rect.y);
@@ -197,7 +190,7 @@ private:
         if (extent.isEmpty()) {
             extent = numberExtent(number, numberFont_);
         }
-        const double edges = 2 * borderWidth * style_.scale;
+        const double edges = 2 * (borderWidth + hairlineWidth) * style_.scale;
         const double share = fittingShare(extent, {area.width - edges, area.height - edges});
         return std::max(1, static_cast<int>(numberFont_.pixelSize() * share));
     }

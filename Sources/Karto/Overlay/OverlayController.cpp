@@ -114,7 +114,7 @@ void OverlayController::prepare() {
     }
     // Reported when the overlay is shown.
     std::ignore = rebuildWindows(currentScreens());
-    for (const auto& window : windows_) {
+    for (const auto& window : overlayWindows_) {
         window->prepare();
     }
     services_.stage.present();
@@ -125,7 +125,7 @@ void OverlayController::show() {
         return;
     }
     report(rebuildWindows(currentScreens()));
-    for (const auto& window : windows_) {
+    for (const auto& window : overlayWindows_) {
         window->orderFront();
     }
     isShowing_ = true;
@@ -135,7 +135,7 @@ void OverlayController::show() {
 void OverlayController::hide() {
     pendingShow_.reset();
     pendingPreparation_.reset();
-    for (const auto& window : windows_) {
+    for (const auto& window : overlayWindows_) {
         window->orderOut();
     }
     orderedBelow_.reset();
@@ -160,7 +160,7 @@ void OverlayController::updatePreview(const KartoConfig& config, std::optional<i
     }
     report(rebuildWindows(std::move(screens)));
     if (orderedBelow_ != preview_->window) {
-        for (const auto& window : windows_) {
+        for (const auto& window : overlayWindows_) {
             window->orderBelow(preview_->window);
         }
         orderedBelow_ = preview_->window;
@@ -184,10 +184,12 @@ void OverlayController::screensChanged() {
 }
 
 void OverlayController::activityChanged(bool isActive) {
-    for (const auto& window : windows_) {
+    for (const auto& window : overlayWindows_) {
         window->setAppActive(isActive);
     }
-    services_.stage.present();
+    if (isShowing_) {
+        services_.stage.present();
+    }
 }
 
 void OverlayController::repaint() {
@@ -214,7 +216,7 @@ std::vector<std::string> OverlayController::rebuildWindows(std::vector<OverlaySc
 }
 
 std::vector<std::string> OverlayController::createWindows() {
-    windows_.clear();
+    overlayWindows_.clear();
     windowDisplays_.clear();
     orderedBelow_.reset();
     const auto systemScreens = readDisplays(services_.screens);
@@ -232,7 +234,7 @@ std::vector<std::string> OverlayController::createWindows() {
             continue;
         }
         isTaken[*index] = true;
-        windows_.push_back(std::make_unique<OverlayWindow>(
+        overlayWindows_.push_back(std::make_unique<OverlayWindow>(
             services_.stage, paint_, systemScreens[*index].frame, services_.activity.isActive()));
         windowDisplays_.push_back(screen.display);
         matched.push_back(std::move(screen));
@@ -242,15 +244,17 @@ std::vector<std::string> OverlayController::createWindows() {
 }
 
 void OverlayController::fill() {
-    for (std::size_t index = 0; index < windows_.size(); ++index) {
-        OverlayWindow& window = *windows_[index];
+    for (std::size_t index = 0; index < overlayWindows_.size(); ++index) {
+        OverlayWindow& window = *overlayWindows_[index];
         const auto& [display, content] = screens_[index];
         window.setPreview(preview_.has_value());
         window.setZoneTapHandler([this, display](std::optional<int> number) {
             if (preview_) {
                 // The handler may end the preview.
                 const auto onZoneClick = preview_->onZoneClick;
-                onZoneClick(display, number);
+                if (onZoneClick) {
+                    onZoneClick(display, number);
+                }
             }
         });
         window.setView({.content = content, .displayFrame = display.frame, .appearance = appearance_});

@@ -17,7 +17,6 @@
 #include "KartoCore/OverlayDecision.h"
 #include "KartoCore/OverlayLayout.h"
 
-#include <cstdint>
 #include <functional>
 #include <memory>
 #include <optional>
@@ -83,7 +82,7 @@ private:
     ModifierWatching* modifiers_ = nullptr;
     // What is to be shown, and the windows that show it: one for each display that has a screen.
     std::vector<OverlayScreen> screens_;
-    std::vector<std::unique_ptr<OverlayWindow>> windows_;
+    std::vector<std::unique_ptr<OverlayWindow>> overlayWindows_;
     std::vector<DisplayInfo> windowDisplays_;
     bool isShowing_ = false;
     Registration pendingShow_;

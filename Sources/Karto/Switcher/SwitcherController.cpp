@@ -8,6 +8,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <cmath>
 #include <utility>
 
 namespace karto {
@@ -23,9 +24,14 @@ Rect scaled(const Rect& rect, double factor) {
 
 // The layout counts in points, of which a display of high resolution has fewer than pixels.
 Rect panelFrame(std::size_t rowCount, const Rect& zone, const Rect& display, double scale) {
-    return scaled(SwitcherPanelLayout::frame(static_cast<int>(rowCount), scaled(zone, 1 / scale),
-                                             scaled(display, 1 / scale)),
-                  scale);
+    const auto frame = scaled(SwitcherPanelLayout::frame(static_cast<int>(rowCount), scaled(zone, 1 / scale),
+                                                         scaled(display, 1 / scale)),
+                              scale);
+    // The size alone decides on how many pixels are painted, wherever the panel stands.
+    return {.x = std::round(frame.x),
+            .y = std::round(frame.y),
+            .width = std::round(frame.width),
+            .height = std::round(frame.height)};
 }
 
 std::vector<SwitcherRow> rowsOf(const std::vector<WindowSnapshot>& entries) {

@@ -9,6 +9,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdint>
 #include <fstream>
 #include <iterator>
 #include <utility>
@@ -20,7 +21,7 @@ namespace {
 namespace fs = std::filesystem;
 
 constexpr std::string_view fileEnding = ".desktop";
-constexpr std::size_t largestFile = std::size_t{256} * 1024;
+constexpr std::uintmax_t largestFile = std::uintmax_t{256} * 1024;
 // Pixels; enough for a list at three times the usual resolution.
 constexpr int iconSize = 64;
 constexpr std::array iconEndings{".png", ".svg", ".xpm"};
@@ -42,7 +43,9 @@ std::string identityOf(const fs::path& file, const fs::path& folder) {
 
 std::string start(const fs::path& file) {
     std::ifstream stream(file, std::ios::binary);
-    std::string text(largestFile, '\0');
+    std::error_code error;
+    const auto size = fs::file_size(file, error);
+    std::string text(error ? 0 : std::min<std::uintmax_t>(size, largestFile), '\0');
     stream.read(text.data(), static_cast<std::streamsize>(text.size()));
     text.resize(static_cast<std::size_t>(stream.gcount()));
     return text;

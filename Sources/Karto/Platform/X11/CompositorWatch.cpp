@@ -10,12 +10,11 @@
 namespace karto::x11 {
 
 CompositorWatch::CompositorWatch(Connection& connection, std::function<void()> onChange)
-    : connection_(connection)
-    , onChange_(std::move(onChange)) {
+    : onChange_(std::move(onChange)) {
     const auto name = fmt::format("_NET_WM_CM_S{}", connection.screenNumber());
     const auto atom = connection.await<xcb_intern_atom_reply_t>(
         xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
-        deadlineFromNow());
+        deadlineFromNow(startBound));
     if (!atom) {
         return;
     }
@@ -30,23 +29,20 @@ CompositorWatch::CompositorWatch(Connection& connection, std::function<void()> o
     const int news =
         xcb_get_extension_data(connection.get(), &xcb_xfixes_id)->first_event + XCB_XFIXES_SELECTION_NOTIFY;
     events_ = connection.observe([this, news](const xcb_generic_event_t& event) {
-        if (eventCode(event) == news &&
-            eventAs<xcb_xfixes_selection_notify_event_t>(event).selection == selection_) {
-            const bool before = isRunning_;
-            read();
-            if (isRunning_ != before) {
-                onChange_();
-            }
+        if (eventCode(event) == news) {
+            note(eventAs<xcb_xfixes_selection_notify_event_t>(event));
         }
     });
-    read();
+    const auto owner = connection.await<xcb_get_selection_owner_reply_t>(
+        xcb_get_selection_owner(connection.get(), selection_), deadlineFromNow(startBound));
+    isRunning_ = owner && owner->owner != XCB_WINDOW_NONE;
 }
 
-void CompositorWatch::read() {
-    const auto owner = connection_.await<xcb_get_selection_owner_reply_t>(
-        xcb_get_selection_owner(connection_.get(), selection_), deadlineFromNow());
-    if (owner) {
-        isRunning_ = owner->owner != XCB_WINDOW_NONE;
+void CompositorWatch::note(const xcb_xfixes_selection_notify_event_t& news) {
+    const bool isRunning = news.owner != XCB_WINDOW_NONE;
+    if (news.selection == selection_ && isRunning != isRunning_) {
+        isRunning_ = isRunning;
+        onChange_();
     }
 }
 

@@ -4,6 +4,7 @@
 #include "Karto/Platform/X11/Connection.h"
 
 #include <xcb/xcb.h>
+#include <xcb/xfixes.h>
 
 #include <functional>
 
@@ -17,10 +18,8 @@ public:
     [[nodiscard]] bool isRunning() const { return isRunning_; }
 
 private:
-    // Keeps what is known when the server does not answer.
-    void read();
+    void note(const xcb_xfixes_selection_notify_event_t& news);
 
-    Connection& connection_;
     // Owned by the compositor as long as it lives.
     xcb_atom_t selection_ = XCB_ATOM_NONE;
     bool isRunning_ = false;

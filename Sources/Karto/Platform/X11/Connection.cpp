@@ -17,9 +17,6 @@ namespace karto::x11 {
 
 namespace {
 
-// At login a window manager may hold the server for a while.
-constexpr std::chrono::seconds firstAnswerBound{5};
-
 std::string connectionProblem(int error) {
     const auto display = Connection::displayName();
     if (display.empty()) {
@@ -70,7 +67,7 @@ Connection::Connection(xcb_connection_t* connection, int screenNumber)
         return xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(entry.second.size()),
                                entry.second.data());
     });
-    const auto deadline = deadlineFromNow(firstAnswerBound);
+    const auto deadline = deadlineFromNow(startBound);
     for (std::size_t i = 0; i < cookies.size(); ++i) {
         if (const auto reply = await<xcb_intern_atom_reply_t>(cookies[i], deadline)) {
             atoms_.*atomNames[i].first = reply->atom;

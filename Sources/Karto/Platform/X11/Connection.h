@@ -34,6 +34,10 @@ using Deadline = std::chrono::steady_clock::time_point;
 // A request that the server has not answered by then counts as failed.
 inline constexpr std::chrono::milliseconds requestBound{250};
 
+// The same for what the program asks once, when it starts: at login a window manager may hold the server for
+// a while.
+inline constexpr std::chrono::milliseconds startBound{5000};
+
 inline Deadline deadlineFromNow(std::chrono::milliseconds bound = requestBound) {
     return std::chrono::steady_clock::now() + bound;
 }

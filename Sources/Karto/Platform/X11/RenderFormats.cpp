@@ -60,7 +60,7 @@ std::optional<RenderFormats> readRenderFormats(Connection& connection) {
     const auto render = xcb_render_query_version(connection.get(), 0, 11);
     xcb_discard_reply(connection.get(), render.sequence);
     const auto reply = connection.await<xcb_render_query_pict_formats_reply_t>(
-        xcb_render_query_pict_formats(connection.get()), deadlineFromNow());
+        xcb_render_query_pict_formats(connection.get()), deadlineFromNow(startBound));
     if (!reply) {
         return std::nullopt;
     }

@@ -3,10 +3,13 @@
 
 #include "Karto/Platform/X11/Connection.h"
 
+#include <expected>
+#include <string>
+
 namespace karto::x11 {
 
-// Makes this program the display's Karto, for as long as the connection lasts; false when there is one
-// already.
-bool claimDisplay(Connection& connection);
+// Makes this program the display's Karto, for as long as the connection lasts. The error is a sentence for a
+// person.
+std::expected<void, std::string> claimDisplay(Connection& connection);
 
 } // namespace karto::x11

@@ -93,6 +93,8 @@ void StageOrder::want(Wanted wanted) {
         events_ = connection_.observe([this](const xcb_generic_event_t& event) { note(event); });
     }
     if (wanted_.below.empty()) {
+        // Another window manager may run by the next time, and a person may have lowered the windows.
+        lifts_ = 0;
         return;
     }
     // That one paints all windows that it does not manage above all that it does.
@@ -105,7 +107,6 @@ void StageOrder::want(Wanted wanted) {
 }
 
 void StageOrder::restack() {
-    stackInFront(connection_, wanted_.front);
     for (const auto& [window, own] : wanted_.below) {
         const auto known = topLevels_.find(window);
         if (isLifted()) {
@@ -114,6 +115,7 @@ void StageOrder::restack() {
             stackBelow(connection_, own, known->second);
         }
     }
+    stackInFront(connection_, wanted_.front);
 }
 
 void StageOrder::note(const xcb_generic_event_t& event) {

@@ -1,7 +1,6 @@
 #include "Karto/Platform/X11/WindowPlacer.h"
 
 #include <algorithm>
-#include <cmath>
 #include <cstdint>
 
 namespace karto::x11 {
@@ -20,8 +19,6 @@ constexpr int mostPixels = 0x7FFF;
 
 constexpr std::uint32_t sourceIsPager = 2;
 constexpr std::uint32_t stateRemove = 0;
-
-int pixel(double coordinate) { return static_cast<int>(std::lround(coordinate)); }
 
 bool fits(const WindowFacts& facts, const Rect& target) {
     const ClientArea actual{.x = facts.x, .y = facts.y, .width = facts.width, .height = facts.height};
@@ -47,10 +44,10 @@ bool concernsFrame(const xcb_generic_event_t& event, xcb_window_t window, const 
 } // namespace
 
 ClientArea clientAreaFor(const Rect& frame, const WindowFacts& facts) {
-    const int left = pixel(frame.x) + facts.decoration.left - facts.shadow.left;
-    const int top = pixel(frame.y) + facts.decoration.top - facts.shadow.top;
-    const int right = pixel(frame.maxX()) - facts.decoration.right + facts.shadow.right;
-    const int bottom = pixel(frame.maxY()) - facts.decoration.bottom + facts.shadow.bottom;
+    const int left = nearestPixel(frame.x) + facts.decoration.left - facts.shadow.left;
+    const int top = nearestPixel(frame.y) + facts.decoration.top - facts.shadow.top;
+    const int right = nearestPixel(frame.maxX()) - facts.decoration.right + facts.shadow.right;
+    const int bottom = nearestPixel(frame.maxY()) - facts.decoration.bottom + facts.shadow.bottom;
     return {.x = left, .y = top, .width = std::max(right - left, 1), .height = std::max(bottom - top, 1)};
 }
 

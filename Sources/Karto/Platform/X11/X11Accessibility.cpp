@@ -373,9 +373,9 @@ std::vector<X11Accessibility::Client> X11Accessibility::clientsOf(std::int32_t p
 }
 
 X11Accessibility::Face& X11Accessibility::face(std::int32_t pid, const Client& client) {
-    const auto [found, isNew] = faces_.try_emplace(pid);
-    auto& face = found->second;
-    if (!isNew) {
+    auto& face = faces_[pid];
+    // Without identities its window has none, or the server was late with them.
+    if (!face.identities.empty()) {
         return face;
     }
     face.window = client.window;

@@ -23,6 +23,9 @@ public:
     X11OverlayStage(Connection& connection, WindowManager& manager, DesktopTheme& theme,
                     Scheduler& scheduler);
 
+    // False when the server lacks what the stage needs: nothing is ever shown then.
+    [[nodiscard]] bool isUsable() const { return compositor_ != nullptr; }
+
     // The stage must outlive its windows.
     std::unique_ptr<BorderlessWindow> createWindow(const Rect& frame) override;
     void present() override;
@@ -45,7 +48,7 @@ private:
     DesktopTheme& theme_;
     RenderFormats formats_;
     StageShare share_;
-    // Null when the server lacks what the stage needs: nothing is ever shown then.
+    // Null for a stage that is not usable.
     std::unique_ptr<CompositorWatch> compositor_;
     StageOrder order_;
     // In the order of creation.
