@@ -193,6 +193,17 @@ TEST(ConfigStore, aFileThatCannotBeWatchedIsStillFollowed) {
     EXPECT_THAT(events, ElementsAre(reloadedFromDisk));
 }
 
+TEST(ConfigStore, aFailureToReadThatPassesIsNoticedWithoutAChangeOfTheFile) {
+    StartedStore started;
+    started.files.readError = {.message = "too many open files"};
+    writeFile(started.path, configText(2));
+    EXPECT_THAT(started.settled(), ElementsAre(reloadFailed));
+    EXPECT_THAT(started.settled(), IsEmpty());
+    started.files.readError.reset();
+    EXPECT_THAT(started.settled(), ElementsAre(reloadedFromDisk));
+    EXPECT_EQ(started.scheduler.pendingTasks(), 0U);
+}
+
 struct UnusableFile {
     void (*make)(const fs::path& path);
     // Part of the error; absent when none is shown.

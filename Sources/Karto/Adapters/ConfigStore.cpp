@@ -147,24 +147,27 @@ FileResult<void> ConfigStore::refreshBackup() {
 void ConfigStore::watch() {
     auto fileChanges = fileWatch_.watch(path_, callbacks_.wrap([this] {
         reloadAndNotify();
-        watchLater(rearmDelay);
+        fileChanges_.reset();
+        watchAfter(rearmDelay);
     }));
-    if (!fileChanges) {
-        watchLater(missingFilePoll);
-    } else {
-        fileChanges_ = *std::move(fileChanges);
-    }
+    fileChanges_ = std::move(fileChanges).value_or(Registration());
     // Nobody reported what happened to the file since it was read last: between two watches, while it was
     // missing, or where nothing more can be watched. Without this look the program could stay on a stale file
     // for ever.
     if (read() != lastRead_) {
         reloadAndNotify();
     }
+    if (!fileChanges_ || mayBecomeReadable()) {
+        watchAfter(missingFilePoll);
+    }
 }
 
-void ConfigStore::watchLater(std::chrono::milliseconds delay) {
-    fileChanges_.reset();
+void ConfigStore::watchAfter(std::chrono::milliseconds delay) {
     nextAttempt_ = scheduler_.after(delay, callbacks_.wrap([this] { watch(); }));
+}
+
+bool ConfigStore::mayBecomeReadable() const {
+    return !lastRead_ && lastRead_.error().kind == FileError::Kind::other;
 }
 
 void ConfigStore::reloadAndNotify() {
