@@ -10,8 +10,10 @@
 #include "Support/Restrictions.h"
 #include "Support/TemporaryFolder.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -204,6 +206,37 @@ TEST(ConfigStore, aFailureToReadThatPassesIsNoticedWithoutAChangeOfTheFile) {
     EXPECT_EQ(started.scheduler.pendingTasks(), 0U);
 }
 
+// Changes the first byte through a mapping, which alone nobody is told of.
+void writeThroughMapping(const fs::path& path) {
+    const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
+    void* const bytes = ::mmap(nullptr, 1, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    ASSERT_NE(bytes, MAP_FAILED);
+    *static_cast<char*>(bytes) = 'x';
+    ::munmap(bytes, 1);
+    ::close(file);
+}
+
+TEST(InotifyFileWatch, everyWayToWriteIsAChangeAndNewPermissionsAreNone) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    writeFile(path, "old");
+    PolledDescriptors descriptors;
+    InotifyFileWatch fileWatch(descriptors);
+    int changes = 0;
+    const auto registration = fileWatch.watch(path, [&] { ++changes; });
+    const auto changesBy = [&](const std::function<void()>& act) {
+        changes = 0;
+        act();
+        descriptors.dispatch();
+        return changes;
+    };
+    std::ofstream stream;
+    EXPECT_EQ(changesBy([&] { fs::permissions(path, fs::perms::owner_all); }), 0);
+    EXPECT_EQ(changesBy([&] { stream.open(path, std::ios::app); }), 0);
+    EXPECT_EQ(changesBy([&] { stream << "more" << std::flush; }), 1);
+    EXPECT_EQ(changesBy([&] { writeThroughMapping(path); }), 1);
+}
+
 struct UnusableFile {
     void (*make)(const fs::path& path);
     // Part of the error; absent when none is shown.
@@ -301,6 +334,25 @@ TEST(ConfigStore, ownWritesAreRecognisedOnceAndOnlyThose) {
     writeFile(started.path, configText(3));
     EXPECT_THAT(started.settled(), ElementsAre(reloadedFromDisk));
     EXPECT_EQ(*store.current(), configOf(3));
+}
+
+TEST(ConfigStore, neitherASaveNorAFailedReadForgetsWhatWasReadLast) {
+    StartedStore started;
+    auto& store = *started.store;
+    const auto good = store.current();
+    replace(started.path, configText(0) + "[[profile.zone]]\n[hotkeys.keys]\nnextVariant = \"k\"\n");
+    EXPECT_EQ(store.reload(), reloadFailed);
+    ASSERT_TRUE(store.save(configOf(2)));
+    EXPECT_EQ(store.lastError(), std::nullopt);
+    EXPECT_TRUE(store.isLegacyFormat());
+    EXPECT_EQ(store.snapshot(), good);
+
+    started.files.readError = {.message = "too many open files"};
+    EXPECT_EQ(store.reload(), reloadFailed);
+    EXPECT_EQ(store.renamedHotkeyNames().size(), 1U);
+    started.files.readError.reset();
+    EXPECT_EQ(store.reload(), ownWriteSuppressed);
+    EXPECT_THAT(store.renamedHotkeyNames(), IsEmpty());
 }
 
 TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
