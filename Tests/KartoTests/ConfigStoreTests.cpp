@@ -237,6 +237,36 @@ TEST(InotifyFileWatch, everyWayToWriteIsAChangeAndNewPermissionsAreNone) {
     EXPECT_EQ(changesBy([&] { writeThroughMapping(path); }), 1);
 }
 
+TEST(InotifyFileWatch, whatHappensAfterTheEndOfAWatchIsReportedToTheOthersAlone) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    writeFile(path, "old");
+    PolledDescriptors descriptors;
+    InotifyFileWatch fileWatch(descriptors);
+    std::string reported;
+    std::optional<Registration> second;
+    auto first = fileWatch.watch(path, [&] {
+        second.reset();
+        reported += '1';
+    });
+    second = fileWatch.watch(path, [&] { reported += '2'; });
+    writeFile(path, "new");
+    descriptors.dispatch();
+    EXPECT_EQ(reported, "1");
+
+    second = fileWatch.watch(path, [&] { reported += '2'; });
+    first.reset();
+    writeFile(path, "newer");
+    descriptors.dispatch();
+    EXPECT_EQ(reported, "12");
+
+    writeFile(path, "newest");
+    second.reset();
+    const auto third = fileWatch.watch(path, [&] { reported += '3'; });
+    EXPECT_FALSE(descriptors.dispatch());
+    EXPECT_EQ(reported, "12");
+}
+
 struct UnusableFile {
     void (*make)(const fs::path& path);
     // Part of the error; absent when none is shown.
