@@ -251,12 +251,7 @@ TEST(TOMLWriter, whatItWritesIsReadBackUpToTenThousandZonesAtTheGreatestDepth) {
     // Even trees of 14 splits.
     const KartoConfig deepest = configOf({portrait("A", below(18, evenTree(9982)))});
     const std::string text = TOMLWriter::write(deepest);
-    EXPECT_EQ(refusalOfWritten(text), std::nullopt);
     EXPECT_TRUE(readConfig(text) == deepest);
-
-    const KartoConfig tooDeep = configOf({portrait("A", below(19, evenTree(9982)))});
-    EXPECT_EQ(refusalOfWritten(TOMLWriter::write(tooDeep)), nestedTooDeeply({"display"}));
-    EXPECT_TRUE(refusalOfWritten(TOMLWriter::write(configOf({portrait("\xFF", {})}))));
 }
 
 TEST(HotkeyNamesAsWritten, isTolerantOfTheRestOfTheFile) {

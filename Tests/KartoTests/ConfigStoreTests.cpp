@@ -396,10 +396,16 @@ TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
 
     EXPECT_EQ(store.save(KartoConfig{}).error(), (SaveError{.message = "config has no displays",
                                                             .kind = SaveError::Kind::invalidConfiguration}));
-    auto unreadable = configOf(1);
-    unreadable.profileName = "\xFF";
-    EXPECT_EQ(store.save(unreadable).error(), (SaveError{.message = "the text is not UTF-8 in line 25",
+    const std::map<std::string, std::string> unreadable{
+        {"\xFF", "the text is not UTF-8 in line 25"},
+        {std::string(4097, 'x'), "the text is longer than 4096 bytes at profile.name"},
+    };
+    for (const auto& [name, cause] : unreadable) {
+        auto config = configOf(1);
+        config.profileName = name;
+        EXPECT_EQ(store.save(config).error(), (SaveError{.message = "this layout cannot be saved — " + cause,
                                                          .kind = SaveError::Kind::invalidConfiguration}));
+    }
     EXPECT_EQ(store.current(), before);
     EXPECT_EQ(readFile(started.path), configText(1));
     started.files.writeError = {.message = "no space left on device"};
@@ -478,8 +484,13 @@ TEST(ConfigStore, savingGoesThroughLinksAndCreatesMissingFolders) {
     EXPECT_THAT(started.settled(), ElementsAre(reloadFailed));
     ASSERT_TRUE(started.store->save(configOf(2)));
     EXPECT_TRUE(fs::is_symlink(started.path));
-    EXPECT_EQ(readFile(started.folder.path() / "new/folder/real.toml"), TOMLWriter::write(configOf(2)));
+    const auto target = started.folder.path() / "new/folder/real.toml";
+    EXPECT_EQ(readFile(target), TOMLWriter::write(configOf(2)));
     EXPECT_THAT(started.settled(), ElementsAre(ownWriteSuppressed));
+
+    started.files.readError = {.message = "permission denied"};
+    started.store->reload();
+    EXPECT_EQ(started.store->lastError(), "could not read " + target.native() + " — permission denied");
 }
 
 TEST(ConfigStore, theSnapshotIsTheLastReloadOrTheMomentItWasTaken) {

@@ -58,7 +58,7 @@ ConfigChangeEvent ConfigStore::reload() {
     if (error.kind == FileError::Kind::notFound) {
         return fail(std::nullopt);
     }
-    return fail(fmt::format("could not read {} — {}", path_, error.message));
+    return fail(fmt::format("could not read {} — {}", resolvedPath(), error.message));
 }
 
 ConfigChangeEvent ConfigStore::take(const std::string& bytes) {
@@ -101,8 +101,8 @@ std::expected<void, SaveError> ConfigStore::save(const KartoConfig& config) {
     }
     auto text = TOMLWriter::write(config);
     // A file that the program itself could not read would cost the person the layout.
-    if (const auto refused = refusalOfWritten(text)) {
-        return invalid(refused->describe());
+    if (const auto readable = readConfig(text); !readable) {
+        return invalid(fmt::format("this layout cannot be saved — {}", readable.error().describe()));
     }
     const auto target = resolvedPath();
     const auto folder = std::filesystem::path(target).parent_path();
