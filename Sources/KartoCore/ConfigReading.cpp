@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdint>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
@@ -175,7 +176,19 @@ private:
             fail(ReadFailure::Kind::typeMismatch,
                  fmt::format("expected {}, found {}", Form<Value>::name, typeName(node)));
         }
+        if constexpr (std::is_same_v<Value, std::string>) {
+            if (value) {
+                requireFitting(*value);
+            }
+        }
         return value;
+    }
+
+    void requireFitting(std::string_view text) {
+        if (text.size() > maximumTextBytes) {
+            fail(ReadFailure::Kind::corruptedData,
+                 fmt::format("the text is longer than {} bytes", maximumTextBytes));
+        }
     }
 
     template<typename Value>
@@ -266,6 +279,7 @@ private:
         const Step step(path_, "keys");
         std::map<std::string, std::string> keys;
         for (const auto& entry : **table) {
+            requireFitting(entry.first.str());
             keys.emplace(entry.first, required<std::string>(**table, entry.first.str()));
         }
         return keys;

@@ -10,8 +10,6 @@ namespace karto {
 struct HotkeyNamesAsWritten {
     // Absent without a key table that holds nothing but strings, and for text that is no TOML.
     HotkeyNameMigration::KeyTable keys;
-
-    bool operator==(const HotkeyNamesAsWritten&) const = default;
 };
 
 HotkeyNamesAsWritten readHotkeyNamesAsWritten(const TomlDocument& document);

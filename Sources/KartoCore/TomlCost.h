@@ -31,8 +31,6 @@ struct Excess {
     Kind kind = Kind::nesting;
     // From 1.
     std::size_t line = 0;
-
-    bool operator==(const Excess&) const = default;
 };
 
 // Counts somewhat generously (the dot of a number in an array passes for that of a key), never too low for

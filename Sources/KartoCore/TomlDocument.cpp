@@ -30,7 +30,7 @@ ReadFailure corrupted(std::string description) {
 constexpr std::uint64_t maximumComparisons = 2'000'000'000;
 
 // What forbids even the attempt to parse.
-std::optional<ReadFailure> refusal(std::string_view bytes, std::size_t nesting) {
+std::optional<ReadFailure> refusal(std::string_view bytes) {
     if (bytes.size() > maximumConfigBytes) {
         return corrupted(fmt::format("the text is longer than {} bytes, more than any configuration needs",
                                      maximumConfigBytes));
@@ -39,15 +39,16 @@ std::optional<ReadFailure> refusal(std::string_view bytes, std::size_t nesting) 
         const auto line = std::ranges::count(bytes.substr(0, *position), '\n') + 1;
         return corrupted(fmt::format("the text is not UTF-8 in line {}", line));
     }
-    const auto excess = TomlCost::beyond({.nesting = nesting, .comparisons = maximumComparisons}, bytes);
+    const auto excess =
+        TomlCost::beyond({.nesting = maximumNesting, .comparisons = maximumComparisons}, bytes);
     if (!excess) {
         return std::nullopt;
     }
     switch (excess->kind) {
     case TomlCost::Excess::Kind::nestingOfLayoutTree: return nestedTooDeeply({"display"});
     case TomlCost::Excess::Kind::nesting:
-        return corrupted(fmt::format("tables and arrays are nested deeper than {} levels in line {}", nesting,
-                                     excess->line));
+        return corrupted(fmt::format("tables and arrays are nested deeper than {} levels in line {}",
+                                     maximumNesting, excess->line));
     case TomlCost::Excess::Kind::comparisons: break;
     }
     return corrupted(fmt::format("the text names too many tables by line {}", excess->line));
@@ -74,7 +75,7 @@ ReadFailure nestedTooDeeply(std::vector<std::string> path) {
 }
 
 TomlDocument parseTomlDocument(std::string_view bytes) {
-    if (auto refused = refusal(bytes, maximumNesting)) {
+    if (auto refused = refusal(bytes)) {
         return std::unexpected(*std::move(refused));
     }
     try {
@@ -82,12 +83,6 @@ TomlDocument parseTomlDocument(std::string_view bytes) {
     } catch (const toml::parse_error& error) {
         return std::unexpected(syntaxFailure(error));
     }
-}
-
-std::optional<ReadFailure> refusalOfWritten(std::string_view text) {
-    // The display, and two names for every split above a zone.
-    constexpr std::size_t nestingOfDeepestTree = 1 + 2 * std::size_t{LayoutNode::maximumDepth};
-    return refusal(text, nestingOfDeepestTree);
 }
 
 } // namespace karto

@@ -7,7 +7,6 @@
 #include <cstddef>
 #include <expected>
 #include <memory>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -23,10 +22,6 @@ struct TomlTables;
 using TomlDocument = std::expected<std::shared_ptr<const TomlTables>, ReadFailure>;
 
 TomlDocument parseTomlDocument(std::string_view bytes);
-
-// Why the text that was written for a valid configuration would not be read back: it is too much, or not
-// text, or a tree is too deep.
-std::optional<ReadFailure> refusalOfWritten(std::string_view text);
 
 // A layout tree nests deeper than LayoutNode::maximumDepth at `path`.
 ReadFailure nestedTooDeeply(std::vector<std::string> path);

@@ -4,6 +4,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cmath>
 #include <cstdint>
 #include <limits>
@@ -131,6 +132,24 @@ TEST(ConfigReading, theFirstFailureNamesItsPlace) {
     };
     for (const auto& [text, failure] : table) {
         EXPECT_EQ(failureOf(text), failure) << text;
+    }
+}
+
+TEST(ConfigReading, noNameOrOtherTextIsLongerThanAllowed) {
+    const std::string longest(4096, 'x');
+    const std::string hotkeys = studio + "[hotkeys]\nmodifiers=['shift','";
+    const std::vector<std::array<std::string, 3>> table{
+        {"display=[]\n[profile]\nname='", "'", "profile.name"},
+        {start + "[[display]]\norientation='portrait'\nname='", "'", "display.Index 0.name"},
+        {hotkeys, "']", "hotkeys.modifiers.Index 1"},
+        {hotkeys + "']\nkeys={tidy='", "'}", "hotkeys.keys.tidy"},
+        {hotkeys + "']\nkeys={", "='t'}", "hotkeys.keys"},
+        {studio + "[overlay]\ncolor='", "'", "overlay.color"},
+    };
+    for (const auto& [before, after, place] : table) {
+        EXPECT_EQ(failureOf(before + longest + after), "");
+        EXPECT_EQ(failureOf(before + longest + "x" + after),
+                  "the text is longer than 4096 bytes at " + place);
     }
 }
 

@@ -10,8 +10,10 @@
 #include "Support/Restrictions.h"
 #include "Support/TemporaryFolder.h"
 
+#include <fcntl.h>
 #include <fmt/format.h>
 #include <gmock/gmock.h>
+#include <sys/mman.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -193,6 +195,78 @@ TEST(ConfigStore, aFileThatCannotBeWatchedIsStillFollowed) {
     EXPECT_THAT(events, ElementsAre(reloadedFromDisk));
 }
 
+TEST(ConfigStore, aFailureToReadThatPassesIsNoticedWithoutAChangeOfTheFile) {
+    StartedStore started;
+    started.files.readError = {.message = "too many open files"};
+    writeFile(started.path, configText(2));
+    EXPECT_THAT(started.settled(), ElementsAre(reloadFailed));
+    EXPECT_THAT(started.settled(), IsEmpty());
+    started.files.readError.reset();
+    EXPECT_THAT(started.settled(), ElementsAre(reloadedFromDisk));
+    EXPECT_EQ(started.scheduler.pendingTasks(), 0U);
+}
+
+// Changes the first byte through a mapping, which alone nobody is told of.
+void writeThroughMapping(const fs::path& path) {
+    const int file = ::open(path.c_str(), O_RDWR | O_CLOEXEC);
+    void* const bytes = ::mmap(nullptr, 1, PROT_READ | PROT_WRITE, MAP_SHARED, file, 0);
+    ASSERT_NE(bytes, MAP_FAILED);
+    *static_cast<char*>(bytes) = 'x';
+    ::munmap(bytes, 1);
+    ::close(file);
+}
+
+TEST(InotifyFileWatch, everyWayToWriteIsAChangeAndNewPermissionsAreNone) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    writeFile(path, "old");
+    PolledDescriptors descriptors;
+    InotifyFileWatch fileWatch(descriptors);
+    int changes = 0;
+    const auto registration = fileWatch.watch(path, [&] { ++changes; });
+    const auto changesBy = [&](const std::function<void()>& act) {
+        changes = 0;
+        act();
+        descriptors.dispatch();
+        return changes;
+    };
+    std::ofstream stream;
+    EXPECT_EQ(changesBy([&] { fs::permissions(path, fs::perms::owner_all); }), 0);
+    EXPECT_EQ(changesBy([&] { stream.open(path, std::ios::app); }), 0);
+    EXPECT_EQ(changesBy([&] { stream << "more" << std::flush; }), 1);
+    EXPECT_EQ(changesBy([&] { writeThroughMapping(path); }), 1);
+}
+
+TEST(InotifyFileWatch, whatHappensAfterTheEndOfAWatchIsReportedToTheOthersAlone) {
+    const TemporaryFolder folder;
+    const auto path = folder.path() / "file";
+    writeFile(path, "old");
+    PolledDescriptors descriptors;
+    InotifyFileWatch fileWatch(descriptors);
+    std::string reported;
+    std::optional<Registration> second;
+    auto first = fileWatch.watch(path, [&] {
+        second.reset();
+        reported += '1';
+    });
+    second = fileWatch.watch(path, [&] { reported += '2'; });
+    writeFile(path, "new");
+    descriptors.dispatch();
+    EXPECT_EQ(reported, "1");
+
+    second = fileWatch.watch(path, [&] { reported += '2'; });
+    first.reset();
+    writeFile(path, "newer");
+    descriptors.dispatch();
+    EXPECT_EQ(reported, "12");
+
+    writeFile(path, "newest");
+    second.reset();
+    const auto third = fileWatch.watch(path, [&] { reported += '3'; });
+    EXPECT_FALSE(descriptors.dispatch());
+    EXPECT_EQ(reported, "12");
+}
+
 struct UnusableFile {
     void (*make)(const fs::path& path);
     // Part of the error; absent when none is shown.
@@ -292,6 +366,25 @@ TEST(ConfigStore, ownWritesAreRecognisedOnceAndOnlyThose) {
     EXPECT_EQ(*store.current(), configOf(3));
 }
 
+TEST(ConfigStore, neitherASaveNorAFailedReadForgetsWhatWasReadLast) {
+    StartedStore started;
+    auto& store = *started.store;
+    const auto good = store.current();
+    replace(started.path, configText(0) + "[[profile.zone]]\n[hotkeys.keys]\nnextVariant = \"k\"\n");
+    EXPECT_EQ(store.reload(), reloadFailed);
+    ASSERT_TRUE(store.save(configOf(2)));
+    EXPECT_EQ(store.lastError(), std::nullopt);
+    EXPECT_TRUE(store.isLegacyFormat());
+    EXPECT_EQ(store.snapshot(), good);
+
+    started.files.readError = {.message = "too many open files"};
+    EXPECT_EQ(store.reload(), reloadFailed);
+    EXPECT_EQ(store.renamedHotkeyNames().size(), 1U);
+    started.files.readError.reset();
+    EXPECT_EQ(store.reload(), ownWriteSuppressed);
+    EXPECT_THAT(store.renamedHotkeyNames(), IsEmpty());
+}
+
 TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
     StartedStore started;
     auto& store = *started.store;
@@ -303,10 +396,16 @@ TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
 
     EXPECT_EQ(store.save(KartoConfig{}).error(), (SaveError{.message = "config has no displays",
                                                             .kind = SaveError::Kind::invalidConfiguration}));
-    auto unreadable = configOf(1);
-    unreadable.profileName = "\xFF";
-    EXPECT_EQ(store.save(unreadable).error(), (SaveError{.message = "the text is not UTF-8 in line 25",
+    const std::map<std::string, std::string> unreadable{
+        {"\xFF", "the text is not UTF-8 in line 25"},
+        {std::string(4097, 'x'), "the text is longer than 4096 bytes at profile.name"},
+    };
+    for (const auto& [name, cause] : unreadable) {
+        auto config = configOf(1);
+        config.profileName = name;
+        EXPECT_EQ(store.save(config).error(), (SaveError{.message = "this layout cannot be saved — " + cause,
                                                          .kind = SaveError::Kind::invalidConfiguration}));
+    }
     EXPECT_EQ(store.current(), before);
     EXPECT_EQ(readFile(started.path), configText(1));
     started.files.writeError = {.message = "no space left on device"};
@@ -385,8 +484,13 @@ TEST(ConfigStore, savingGoesThroughLinksAndCreatesMissingFolders) {
     EXPECT_THAT(started.settled(), ElementsAre(reloadFailed));
     ASSERT_TRUE(started.store->save(configOf(2)));
     EXPECT_TRUE(fs::is_symlink(started.path));
-    EXPECT_EQ(readFile(started.folder.path() / "new/folder/real.toml"), TOMLWriter::write(configOf(2)));
+    const auto target = started.folder.path() / "new/folder/real.toml";
+    EXPECT_EQ(readFile(target), TOMLWriter::write(configOf(2)));
     EXPECT_THAT(started.settled(), ElementsAre(ownWriteSuppressed));
+
+    started.files.readError = {.message = "permission denied"};
+    started.store->reload();
+    EXPECT_EQ(started.store->lastError(), "could not read " + target.native() + " — permission denied");
 }
 
 TEST(ConfigStore, theSnapshotIsTheLastReloadOrTheMomentItWasTaken) {

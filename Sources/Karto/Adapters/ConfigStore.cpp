@@ -58,7 +58,7 @@ ConfigChangeEvent ConfigStore::reload() {
     if (error.kind == FileError::Kind::notFound) {
         return fail(std::nullopt);
     }
-    return fail(fmt::format("could not read {} — {}", path_, error.message));
+    return fail(fmt::format("could not read {} — {}", resolvedPath(), error.message));
 }
 
 ConfigChangeEvent ConfigStore::take(const std::string& bytes) {
@@ -101,8 +101,8 @@ std::expected<void, SaveError> ConfigStore::save(const KartoConfig& config) {
     }
     auto text = TOMLWriter::write(config);
     // A file that the program itself could not read would cost the person the layout.
-    if (const auto refused = refusalOfWritten(text)) {
-        return invalid(refused->describe());
+    if (const auto readable = readConfig(text); !readable) {
+        return invalid(fmt::format("this layout cannot be saved — {}", readable.error().describe()));
     }
     const auto target = resolvedPath();
     const auto folder = std::filesystem::path(target).parent_path();
@@ -147,24 +147,27 @@ FileResult<void> ConfigStore::refreshBackup() {
 void ConfigStore::watch() {
     auto fileChanges = fileWatch_.watch(path_, callbacks_.wrap([this] {
         reloadAndNotify();
-        watchLater(rearmDelay);
+        fileChanges_.reset();
+        watchAfter(rearmDelay);
     }));
-    if (!fileChanges) {
-        watchLater(missingFilePoll);
-    } else {
-        fileChanges_ = *std::move(fileChanges);
-    }
+    fileChanges_ = std::move(fileChanges).value_or(Registration());
     // Nobody reported what happened to the file since it was read last: between two watches, while it was
     // missing, or where nothing more can be watched. Without this look the program could stay on a stale file
     // for ever.
     if (read() != lastRead_) {
         reloadAndNotify();
     }
+    if (!fileChanges_ || mayBecomeReadable()) {
+        watchAfter(missingFilePoll);
+    }
 }
 
-void ConfigStore::watchLater(std::chrono::milliseconds delay) {
-    fileChanges_.reset();
+void ConfigStore::watchAfter(std::chrono::milliseconds delay) {
     nextAttempt_ = scheduler_.after(delay, callbacks_.wrap([this] { watch(); }));
+}
+
+bool ConfigStore::mayBecomeReadable() const {
+    return !lastRead_ && lastRead_.error().kind == FileError::Kind::other;
 }
 
 void ConfigStore::reloadAndNotify() {

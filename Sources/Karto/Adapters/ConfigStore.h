@@ -61,7 +61,10 @@ private:
     FileResult<void> refreshBackup();
 
     void watch();
-    void watchLater(std::chrono::milliseconds delay);
+    void watchAfter(std::chrono::milliseconds delay);
+    // The last read failed for a reason that may pass without a change of the file, such as too many open
+    // files.
+    [[nodiscard]] bool mayBecomeReadable() const;
     void reloadAndNotify();
 
     std::string path_;
@@ -83,7 +86,7 @@ private:
     // The text of the last save, until a reload has read the file.
     std::optional<std::string> pendingOwnWrite_;
 
-    // Either the file is watched, or the next attempt to watch it is scheduled.
+    // Unless the file is watched and could be read, the next attempt is scheduled.
     Registration fileChanges_;
     Registration nextAttempt_;
     WeakCallbacks callbacks_;

@@ -13,6 +13,7 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
+#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -26,20 +27,26 @@ constexpr mode_t newFileMode = 0644;
 constexpr mode_t privateMode = 0600;
 constexpr mode_t permissionBits = 0777;
 
-std::unexpected<FileError> failure(const std::error_code& error) {
-    auto message = error.message();
-    // The system's messages are ASCII and begin with a capital.
-    if (!message.empty() && message.front() >= 'A' && message.front() <= 'Z') {
+// English in every locale.
+std::string describe(int errorNumber) {
+    const char* const description = ::strerrordesc_np(errorNumber);
+    if (description == nullptr) {
+        return fmt::format("error {}", errorNumber);
+    }
+    std::string message = description;
+    // They are ASCII and begin with a capital.
+    if (message.front() >= 'A' && message.front() <= 'Z') {
         message.front() = static_cast<char>(message.front() - 'A' + 'a');
     }
-    const bool isMissing = error == std::errc::no_such_file_or_directory;
-    return std::unexpected(FileError{
-        .kind = isMissing ? FileError::Kind::notFound : FileError::Kind::other,
-        .message = std::move(message),
-    });
+    return message;
 }
 
-std::unexpected<FileError> failure() { return failure({errno, std::generic_category()}); }
+std::unexpected<FileError> failure(int errorNumber = errno) {
+    return std::unexpected(FileError{
+        .kind = errorNumber == ENOENT ? FileError::Kind::notFound : FileError::Kind::other,
+        .message = describe(errorNumber),
+    });
+}
 
 std::unexpected<FileError> notARegularFile(mode_t mode) {
     return std::unexpected(FileError{
@@ -226,7 +233,7 @@ FileResult<void> PosixFileSystem::createDirectories(const std::string& path) {
     std::error_code error;
     std::filesystem::create_directories(path, error);
     if (error) {
-        return failure(error);
+        return failure(error.value());
     }
     return {};
 }
