@@ -69,7 +69,7 @@ void SwitcherController::start(ModifierWatching& modifiers) {
 void SwitcherController::advance() {
     if (session_) {
         session_->selected = WindowCycle::next(session_->selected, session_->entries.size()).value_or(0);
-        show();
+        show(*session_);
         return;
     }
     auto begun = begin();
@@ -78,8 +78,7 @@ void SwitcherController::advance() {
         return;
     }
     auto& [session, sentence] = *begun;
-    session_ = std::move(session);
-    show();
+    show(session_.emplace(std::move(session)));
     log_.append("switcher: " + sentence);
 }
 
@@ -148,15 +147,16 @@ SwitcherController::beginAround(WindowHandle focused, const Rect& focusedFrame, 
                      .sentence = fmt::format("{} on \"{}\"", place, display->name)};
 }
 
-void SwitcherController::show() {
-    panel_.show({.rows = session_->rows, .selected = static_cast<int>(session_->selected)}, session_->frame);
+void SwitcherController::show(const Session& session) {
+    panel_.show({.rows = session.rows, .selected = static_cast<int>(session.selected)}, session.frame);
 }
 
 void SwitcherController::modifiersChanged(ModifierSet held) {
     if (!session_ || held == session_->combination) {
         return;
     }
-    const auto session = *std::exchange(session_, std::nullopt);
+    const Session session = *std::move(session_);
+    session_.reset();
     panel_.orderOut();
     const WindowSnapshot& chosen = session.entries[session.selected];
     if (!windows_.frame(chosen.element)) {

@@ -55,7 +55,7 @@ private:
     std::expected<Beginning, std::string> begin();
     std::expected<Beginning, std::string> beginAround(WindowHandle focused, const Rect& focusedFrame,
                                                       const KartoConfig& config, ModifierSet combination);
-    void show();
+    void show(const Session& session);
     void modifiersChanged(ModifierSet held);
 
     WindowControlling& windows_;
