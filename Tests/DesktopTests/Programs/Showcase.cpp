@@ -136,10 +136,27 @@ private:
                       const std::string& command) {
         const std::size_t comma = colours.find(',');
         windows_.emplace_back(desktop_, name,
-                              std::vector<std::string>{
-                                  "xterm", "-name", name, "-class", name, "-title", name, "-fa", "DejaVu Sans Mono", "-fs",
-                                  "11", "-geometry", place, "-bg", colours.substr(0, comma), "-fg",
-                                  colours.substr(comma + 1), "-e", "sh", "-c", command + "; exec sleep 1d"});
+                              std::vector<std::string>{"xterm",
+                                                       "-name",
+                                                       name,
+                                                       "-class",
+                                                       name,
+                                                       "-title",
+                                                       name,
+                                                       "-fa",
+                                                       "DejaVu Sans Mono",
+                                                       "-fs",
+                                                       "11",
+                                                       "-geometry",
+                                                       place,
+                                                       "-bg",
+                                                       colours.substr(0, comma),
+                                                       "-fg",
+                                                       colours.substr(comma + 1),
+                                                       "-e",
+                                                       "sh",
+                                                       "-c",
+                                                       command + "; exec sleep 1d"});
     }
 
     void openWindows() {
