@@ -56,7 +56,7 @@ protected:
         return log.takeLines();
     }
 
-    [[nodiscard]] std::vector<WindowHandle> stacking() { return *desktop.windows(editor); }
+    std::vector<WindowHandle> stacking() { return desktop.application(editor).windows; }
 
     MemoryDesktop desktop;
     std::int32_t editor = desktop.launch("Editor");
@@ -149,7 +149,7 @@ TEST_F(SwitcherControllerTest, saysWhyThereIsNothingToCycle) {
     desktop.window(a).frame = rectAt(5000, 0, 10, 10);
     expect("the focused window is in no zone, ignored");
     auto powerless = *config.current();
-    powerless.hotkeys->modifiers.clear();
+    powerless.hotkeys = HotkeysConfig{.modifiers = {}, .keys = {}};
     config.set(powerless);
     expect("hotkey modifiers are empty, nothing could ever release the gesture, ignored");
     config.set(std::nullopt);
