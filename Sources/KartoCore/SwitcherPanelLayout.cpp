@@ -13,12 +13,14 @@ double centred(double position, double length, double lower, double upper) {
 
 } // namespace
 
+double height(int rowCount) { return rowCount * rowHeight + 2 * verticalPadding; }
+
 Rect frame(int rowCount, const Rect& zone, const Rect& display) {
-    const double height = rowCount * rowHeight + 2 * verticalPadding;
+    const double panelHeight = height(rowCount);
     return {.x = centred(zone.center().x, width, display.x, display.maxX()),
-            .y = centred(zone.center().y, height, display.y, display.maxY()),
+            .y = centred(zone.center().y, panelHeight, display.y, display.maxY()),
             .width = width,
-            .height = height};
+            .height = panelHeight};
 }
 
 } // namespace karto::SwitcherPanelLayout

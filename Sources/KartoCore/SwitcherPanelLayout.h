@@ -11,6 +11,8 @@ inline constexpr double rowHeight = 34;
 inline constexpr double verticalPadding = 8;
 inline constexpr double width = 420;
 
+double height(int rowCount);
+
 // A panel that does not fit starts at the display's left or top edge.
 Rect frame(int rowCount, const Rect& zone, const Rect& display);
 

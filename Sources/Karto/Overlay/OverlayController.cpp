@@ -79,10 +79,14 @@ void OverlayController::modifiersChanged(ModifierSet held) {
     decide(false);
 }
 
+OverlayDecision OverlayController::decision(bool delayElapsed) const {
+    return OverlayGate::decide(lastHeld_, services_.config.hotkeyModifiers(),
+                               {.isShowing = isShowing_, .delayElapsed = delayElapsed});
+}
+
 void OverlayController::decide(bool delayElapsed) {
     using enum OverlayDecision;
-    switch (OverlayGate::decide(lastHeld_, services_.config.hotkeyModifiers(),
-                                {.isShowing = isShowing_, .delayElapsed = delayElapsed})) {
+    switch (decision(delayElapsed)) {
     case show: this->show(); break;
     case hide: this->hide(); break;
     case armDelay: this->armDelay(); break;
@@ -106,10 +110,7 @@ void OverlayController::armDelay() {
 }
 
 void OverlayController::prepare() {
-    const bool isToShow =
-        OverlayGate::decide(lastHeld_, services_.config.hotkeyModifiers(),
-                            {.isShowing = isShowing_, .delayElapsed = true}) == OverlayDecision::show;
-    if (!isToShow) {
+    if (decision(true) != OverlayDecision::show) {
         return;
     }
     // Reported when the overlay is shown.

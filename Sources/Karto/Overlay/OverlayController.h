@@ -61,6 +61,7 @@ private:
     };
 
     void modifiersChanged(ModifierSet held);
+    [[nodiscard]] OverlayDecision decision(bool delayElapsed) const;
     void decide(bool delayElapsed);
     void armDelay();
     void prepare();

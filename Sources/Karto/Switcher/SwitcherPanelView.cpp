@@ -33,8 +33,7 @@ constexpr double largestNameShare = 0.6;
 int toPixels(double points, double scale) { return static_cast<int>(std::lround(points * scale)); }
 
 PixelRect panelArea(std::size_t rowCount, double scale) {
-    const double height = static_cast<double>(rowCount) * SwitcherPanelLayout::rowHeight +
-                          2 * SwitcherPanelLayout::verticalPadding;
+    const double height = SwitcherPanelLayout::height(static_cast<int>(rowCount));
     return {.width = toPixels(SwitcherPanelLayout::width, scale), .height = toPixels(height, scale)};
 }
 
