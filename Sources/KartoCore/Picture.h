@@ -16,7 +16,7 @@ struct Image {
     bool operator==(const Image&) const = default;
 };
 
-// Whole pixels, from the top left corner of a picture.
+// Whole pixels, from the top left corner of a picture or of the desktop.
 struct PixelRect {
     int x = 0;
     int y = 0;

@@ -21,7 +21,7 @@ constexpr std::uint32_t sourceIsPager = 2;
 constexpr std::uint32_t stateRemove = 0;
 
 bool fits(const WindowFacts& facts, const Rect& target) {
-    const ClientArea actual{.x = facts.x, .y = facts.y, .width = facts.width, .height = facts.height};
+    const PixelRect actual{.x = facts.x, .y = facts.y, .width = facts.width, .height = facts.height};
     const auto wanted = clientAreaFor(target, facts);
     return actual == wanted || actual == constrained(wanted, facts.sizeHints);
 }
@@ -43,7 +43,7 @@ bool concernsFrame(const xcb_generic_event_t& event, xcb_window_t window, const 
 
 } // namespace
 
-ClientArea clientAreaFor(const Rect& frame, const WindowFacts& facts) {
+PixelRect clientAreaFor(const Rect& frame, const WindowFacts& facts) {
     const int left = nearestPixel(frame.x) + facts.decoration.left - facts.shadow.left;
     const int top = nearestPixel(frame.y) + facts.decoration.top - facts.shadow.top;
     const int right = nearestPixel(frame.maxX()) - facts.decoration.right + facts.shadow.right;
@@ -51,7 +51,7 @@ ClientArea clientAreaFor(const Rect& frame, const WindowFacts& facts) {
     return {.x = left, .y = top, .width = std::max(right - left, 1), .height = std::max(bottom - top, 1)};
 }
 
-ClientArea constrained(ClientArea area, const xcb_size_hints_t& hints) {
+PixelRect constrained(PixelRect area, const xcb_size_hints_t& hints) {
     const auto pixels = [](int hint) { return std::clamp(hint, 0, mostPixels); };
     const auto constrain = [&](int length, int minimum, int maximum, int base, int increment) {
         minimum = pixels(minimum);

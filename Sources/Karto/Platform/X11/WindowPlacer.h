@@ -9,6 +9,7 @@
 #include "Karto/Platform/X11/WindowFacts.h"
 #include "Karto/Platform/X11/WindowManager.h"
 #include "KartoCore/Geometry.h"
+#include "KartoCore/Picture.h"
 
 #include <xcb/xcb.h>
 
@@ -18,22 +19,12 @@
 
 namespace karto::x11 {
 
-// A client area in X pixels of the root.
-struct ClientArea {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-
-    bool operator==(const ClientArea&) const = default;
-};
-
-// Where the client must lie for the window's visible frame to fill `frame`. Edges are rounded, not sizes, so
-// that windows in adjacent zones meet.
-ClientArea clientAreaFor(const Rect& frame, const WindowFacts& facts);
+// Where the client must lie, in pixels of the root, for the window's visible frame to fill `frame`. Edges are
+// rounded, not sizes, so that windows in adjacent zones meet.
+PixelRect clientAreaFor(const Rect& frame, const WindowFacts& facts);
 
 // The size that a window takes when asked for `area` by a manager that heeds the window's size hints.
-ClientArea constrained(ClientArea area, const xcb_size_hints_t& hints);
+PixelRect constrained(PixelRect area, const xcb_size_hints_t& hints);
 
 class WindowPlacer {
 public:

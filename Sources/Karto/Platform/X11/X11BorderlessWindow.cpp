@@ -15,10 +15,7 @@ constexpr std::uint8_t mainButton = 1;
 // A hand trembles while it clicks.
 constexpr double mostTremble = 4;
 
-PixelRect pixelArea(const Rect& frame) {
-    const auto area = clientAreaFor(frame, {});
-    return {.x = area.x, .y = area.y, .width = area.width, .height = area.height};
-}
+PixelRect pixelArea(const Rect& frame) { return clientAreaFor(frame, {}); }
 
 } // namespace
 
