@@ -2,7 +2,7 @@
 // A connection to the X server and the few questions that the latency programs ask it.
 // Benchmarks have nobody to recover for: what goes wrong is thrown and ends the program with its reason.
 
-#include "Karto/Platform/X11/Reply.h"
+#include "Karto/Platform/X11/Server/Reply.h"
 
 #include <xcb/xcb.h>
 

@@ -14,16 +14,16 @@
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
 #include "Karto/Platform/Linux/QtScheduler.h"
 #include "Karto/Platform/Linux/SystemClock.h"
-#include "Karto/Platform/X11/Connection.h"
-#include "Karto/Platform/X11/NestedServer.h"
-#include "Karto/Platform/X11/SingleInstance.h"
-#include "Karto/Platform/X11/WindowManager.h"
-#include "Karto/Platform/X11/X11Accessibility.h"
-#include "Karto/Platform/X11/X11ApplicationActivity.h"
-#include "Karto/Platform/X11/X11HotKeyCenter.h"
-#include "Karto/Platform/X11/X11ModifierEvents.h"
-#include "Karto/Platform/X11/X11OverlayStage.h"
-#include "Karto/Platform/X11/X11Screens.h"
+#include "Karto/Platform/X11/Displays/Screens.h"
+#include "Karto/Platform/X11/Keyboard/HotKeyCenter.h"
+#include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
+#include "Karto/Platform/X11/Server/Connection.h"
+#include "Karto/Platform/X11/Server/NestedServer.h"
+#include "Karto/Platform/X11/Server/SingleInstance.h"
+#include "Karto/Platform/X11/Server/WindowManager.h"
+#include "Karto/Platform/X11/Stage/OverlayStage.h"
+#include "Karto/Platform/X11/Windows/Accessibility.h"
+#include "Karto/Platform/X11/Windows/ApplicationActivity.h"
 #include "Karto/Startup.h"
 #include "Karto/Switcher/SwitcherController.h"
 
@@ -96,10 +96,10 @@ int main(int argumentCount, char** arguments) {
 
     x11::WindowManager windowManager(connection);
     DesktopEntries installed(DesktopEntries::Places::ofSession());
-    x11::X11Accessibility accessibility(connection, windowManager, scheduler, installed,
-                                        {.ownProcess = getpid(),
-                                         .isWayland = isWayland || x11::runsInsideWayland(connection),
-                                         .openSettings = QtApplicationHost::openDesktopSettings});
+    x11::Accessibility accessibility(connection, windowManager, scheduler, installed,
+                                     {.ownProcess = getpid(),
+                                      .isWayland = isWayland || x11::runsInsideWayland(connection),
+                                      .openSettings = QtApplicationHost::openDesktopSettings});
     WindowService windowService(accessibility);
     if (!isTrustedOrExplains(windowService, host, log)) {
         return notTrustedStatus;
@@ -108,11 +108,11 @@ int main(int argumentCount, char** arguments) {
     InotifyFileWatch fileWatch(descriptors);
     ConfigStore store(fmt::format("{}/{}", home, ConfigStore::relativePath), files, fileWatch, scheduler,
                       log);
-    x11::X11Screens screens(connection, scheduler);
+    x11::Screens screens(connection, scheduler);
     DisplayRegistry displays(screens);
     Coordinator coordinator(windowService, displays, store, log);
     QtDesktopTheme theme;
-    x11::X11OverlayStage stage(connection, windowManager, theme, scheduler);
+    x11::OverlayStage stage(connection, windowManager, theme, scheduler);
     if (!stage.isUsable()) {
         log.append(
             "overlay: the X server lacks an extension or a format that the overlay and the switcher need "
@@ -123,9 +123,9 @@ int main(int argumentCount, char** arguments) {
         return switcherPainter.paint(view, style);
     });
     SwitcherController switcher(windowService, displays, store, panel, log);
-    x11::X11HotKeyCenter hotKeyCenter(connection, scheduler);
+    x11::HotKeyCenter hotKeyCenter(connection, scheduler);
     HotkeyService hotkeys(hotKeyCenter);
-    x11::X11ApplicationActivity activity(connection, accessibility, scheduler, getpid());
+    x11::ApplicationActivity activity(connection, accessibility, scheduler, getpid());
     OverlayPainter overlayPainter;
     OverlayController overlay({.config = store,
                                .displays = displays,
@@ -137,7 +137,7 @@ int main(int argumentCount, char** arguments) {
                               [&](const OverlayContentView& view, const StageStyle& style) {
                                   return overlayPainter.paint(view, style);
                               });
-    x11::X11ModifierEvents modifierEvents(connection);
+    x11::ModifierEvents modifierEvents(connection);
     ModifierMonitor overlayModifiers(modifierEvents, scheduler);
     ModifierMonitor switcherModifiers(modifierEvents, scheduler);
 

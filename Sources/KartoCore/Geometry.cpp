@@ -14,7 +14,18 @@ Rect NormRect::pixelRect(const Rect& frame) const {
 
 int nearestPixel(double coordinate) {
     constexpr double roundingError = 1e-6;
-    return static_cast<int>(std::floor(coordinate + 0.5 + roundingError));
+    constexpr double farEnd = 0x1000'0000;
+    const double pixel = std::floor(coordinate + 0.5 + roundingError);
+    return std::isnan(pixel) ? 0 : static_cast<int>(std::clamp(pixel, -farEnd, farEnd));
+}
+
+PixelRect nearestPixels(const Rect& rect) {
+    const int left = nearestPixel(rect.x);
+    const int top = nearestPixel(rect.y);
+    return {.x = left,
+            .y = top,
+            .width = nearestPixel(rect.maxX()) - left,
+            .height = nearestPixel(rect.maxY()) - top};
 }
 
 double overlapArea(const Rect& a, const Rect& b) {

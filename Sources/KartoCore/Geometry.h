@@ -1,8 +1,8 @@
 #pragma once
-// Rectangles in the two coordinate spaces of the program and the measures between them.
+// Rectangles in the coordinate spaces of the program and the measures between them.
 // Rect: global points (X pixels), origin at the top left of the primary display, y down; windows, displays
-// and resolved zones live there. NormRect: fractions of a display's visible frame, y down. pixelRect()
-// converts.
+// and resolved zones live there. NormRect: fractions of a display's visible frame, y down. PixelRect: whole
+// pixels of a picture or of the desktop, y down. NormRect::pixelRect() and nearestPixels() convert.
 
 #include <limits>
 
@@ -66,9 +66,23 @@ struct NormRect {
     bool operator==(const NormRect&) const = default;
 };
 
+// Whole pixels, from the top left corner of a picture or of the desktop.
+struct PixelRect {
+    int x = 0;
+    int y = 0;
+    int width = 0;
+    int height = 0;
+
+    bool operator==(const PixelRect&) const = default;
+};
+
 // The pixel that an edge falls on. Edges are sums of products: those of neighbours may differ in their last
-// digits, and must not fall on different pixels where the true edge is in the middle of two.
+// digits, and must not fall on different pixels where the true edge is in the middle of two. What lies beyond
+// any desktop falls on its far end, so that differences of two pixels are whole numbers too.
 int nearestPixel(double coordinate);
+
+// Edges are rounded, not sizes: neighbours meet.
+PixelRect nearestPixels(const Rect& rect);
 
 // Area of the common part; 0 when the two only touch or lie apart.
 double overlapArea(const Rect& a, const Rect& b);

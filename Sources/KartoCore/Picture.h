@@ -1,5 +1,7 @@
 #pragma once
-// Pixels, and pictures put together from few of them.
+// Images, and pictures put together from few of them.
+
+#include "KartoCore/Geometry.h"
 
 #include <cstdint>
 #include <memory>
@@ -14,16 +16,6 @@ struct Image {
     std::vector<std::uint32_t> pixels;
 
     bool operator==(const Image&) const = default;
-};
-
-// Whole pixels, from the top left corner of a picture or of the desktop.
-struct PixelRect {
-    int x = 0;
-    int y = 0;
-    int width = 0;
-    int height = 0;
-
-    bool operator==(const PixelRect&) const = default;
 };
 
 // An image at the top left of an area, repeated in both directions until the area is filled. One pixel is

@@ -2,7 +2,7 @@
 
 #include "Support/KeyPresser.h"
 
-#include "Karto/Platform/X11/X11ModifierEvents.h"
+#include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
 
 namespace karto::desktop {
 
@@ -14,7 +14,7 @@ protected:
 TEST_F(ModifierTest, theHeldSetIsRightAfterAGrabOfTheServerAndANewKeymap) {
     constexpr auto all =
         ModifierBits::shift | ModifierBits::command | ModifierBits::control | ModifierBits::option;
-    x11::X11ModifierEvents modifiers(*connection);
+    x11::ModifierEvents modifiers(*connection);
     std::uint32_t reported = 0;
     const auto registration = modifiers.observe([&](ModifierFlags held) { reported = held.bits; });
     const auto become = [&](std::uint32_t bits) {

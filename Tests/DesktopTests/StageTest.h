@@ -7,8 +7,8 @@
 #include "Support/PolledDescriptors.h"
 
 #include "Karto/Platform/DesktopTheme.h"
-#include "Karto/Platform/X11/Extensions.h"
-#include "Karto/Platform/X11/X11OverlayStage.h"
+#include "Karto/Platform/X11/Server/Extensions.h"
+#include "Karto/Platform/X11/Stage/OverlayStage.h"
 
 #include <gtest/gtest.h>
 #include <xcb/xtest.h>
@@ -49,7 +49,7 @@ protected:
         setenv("DISPLAY", desktop.environment().at("DISPLAY").c_str(), 1);
         connection = x11::Connection::open().value();
         windowManager = std::make_unique<x11::WindowManager>(*connection);
-        stage = std::make_unique<x11::X11OverlayStage>(*connection, *windowManager, theme, scheduler);
+        stage = std::make_unique<x11::OverlayStage>(*connection, *windowManager, theme, scheduler);
         connection->attach(descriptors, scheduler, [] {});
     }
 
@@ -167,7 +167,7 @@ protected:
     PlainTheme theme;
     std::unique_ptr<x11::Connection> connection;
     std::unique_ptr<x11::WindowManager> windowManager;
-    std::unique_ptr<x11::X11OverlayStage> stage;
+    std::unique_ptr<x11::OverlayStage> stage;
     std::unique_ptr<ChildProcess> compositor;
 };
 

@@ -2,8 +2,8 @@
 
 #include "DesktopTest.h"
 
-#include "Karto/Platform/X11/X11Accessibility.h"
-#include "Karto/Platform/X11/X11ApplicationActivity.h"
+#include "Karto/Platform/X11/Windows/Accessibility.h"
+#include "Karto/Platform/X11/Windows/ApplicationActivity.h"
 
 #include <malloc.h>
 #include <xcb/res.h>
@@ -296,9 +296,9 @@ struct NothingInstalled final : InstalledApplications {
 
 TEST_F(StageTest, theProgramIsActiveWhileAWindowOfItsOwnIs) {
     NothingInstalled installed;
-    x11::X11Accessibility accessibility(*connection, *windowManager, scheduler, installed,
-                                        {.ownProcess = getpid(), .isWayland = false, .openSettings = [] {}});
-    x11::X11ApplicationActivity activity(*connection, accessibility, scheduler, getpid());
+    x11::Accessibility accessibility(*connection, *windowManager, scheduler, installed,
+                                     {.ownProcess = getpid(), .isWayland = false, .openSettings = [] {}});
+    x11::ApplicationActivity activity(*connection, accessibility, scheduler, getpid());
     std::vector<bool> changes;
     const auto registration = activity.observe([&](bool isActive) { changes.push_back(isActive); });
     const Application other = Application::probe(desktop, "plain", "other", somewhere);

@@ -1,4 +1,4 @@
-#include "Karto/Platform/X11/PaintPlan.h"
+#include "Karto/Platform/X11/Stage/PaintPlan.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -1,5 +1,5 @@
-#include "Karto/Platform/X11/Icons.h"
-#include "Karto/Platform/X11/WindowPlacer.h"
+#include "Karto/Platform/X11/Windows/Icons.h"
+#include "Karto/Platform/X11/Windows/WindowPlacer.h"
 
 #include <gtest/gtest.h>
 

@@ -1,10 +1,10 @@
 #include "Karto/Adapters/KeyCodes.h"
 #include "Karto/Platform/HotKeyCenter.h"
 #include "Karto/Platform/Observers.h"
-#include "Karto/Platform/X11/Edid.h"
-#include "Karto/Platform/X11/Keyboard.h"
-#include "Karto/Platform/X11/PressFilter.h"
-#include "Karto/Platform/X11/Struts.h"
+#include "Karto/Platform/X11/Displays/Edid.h"
+#include "Karto/Platform/X11/Displays/Struts.h"
+#include "Karto/Platform/X11/Keyboard/Keyboard.h"
+#include "Karto/Platform/X11/Keyboard/PressFilter.h"
 
 #include <gmock/gmock.h>
 

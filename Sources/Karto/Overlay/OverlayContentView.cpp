@@ -41,12 +41,10 @@ constexpr double messageRadius = 16;
 constexpr double messageOpacity = 0.75;
 
 PixelRect pixels(const Rect& rect, Point origin) {
-    const int left = nearestPixel(rect.x);
-    const int top = nearestPixel(rect.y);
-    return {.x = left - nearestPixel(origin.x),
-            .y = top - nearestPixel(origin.y),
-            .width = nearestPixel(rect.maxX()) - left,
-            .height = nearestPixel(rect.maxY()) - top};
+    auto result = nearestPixels(rect);
+    result.x -= nearestPixel(origin.x);
+    result.y -= nearestPixel(origin.y);
+    return result;
 }
 
 PixelRect centered(QSize size, const PixelRect& area) {

@@ -1,0 +1,249 @@
+#include "Karto/Platform/X11/Stage/BorderlessWindow.h"
+
+#include "Karto/Platform/X11/Stage/PaintPlan.h"
+#include "Karto/Platform/X11/Stage/PixelArea.h"
+
+#include <algorithm>
+#include <cmath>
+#include <utility>
+
+namespace karto::x11 {
+
+namespace {
+
+constexpr std::uint8_t mainButton = 1;
+// A hand trembles while it clicks.
+constexpr double mostTremble = 4;
+
+PixelRect pixelArea(const Rect& frame) {
+    // The server knows no window without an area.
+    auto area = nearestPixels(frame);
+    area.width = std::max(area.width, 1);
+    area.height = std::max(area.height, 1);
+    return area;
+}
+
+} // namespace
+
+BorderlessWindow::BorderlessWindow(StageShare& share, const Rect& frame)
+    : share_(share)
+    , area_(pixelArea(frame)) {}
+
+void BorderlessWindow::setFrame(const Rect& frame) {
+    const auto area = pixelArea(frame);
+    if (area == area_) {
+        return;
+    }
+    const bool isResized = area.width != area_.width || area.height != area_.height;
+    area_ = area;
+    isPlanned_ = isPlanned_ && !isResized;
+    isShaped_ = isShaped_ && !isResized && cuts_.empty();
+}
+
+void BorderlessWindow::setPicture(Picture picture) {
+    picture_ = std::move(picture);
+    isPlanned_ = false;
+}
+
+Registration BorderlessWindow::observeClicks(std::function<void(Point)> onClick) {
+    return clicks_->add(std::move(onClick));
+}
+
+void BorderlessWindow::prepare() {
+    if (isHidden()) {
+        standing_ = Ready{};
+    }
+}
+
+void BorderlessWindow::orderOut() {
+    if (isMapped()) {
+        standing_ = share_.isTranslucent ? Standing(Ready{}) : Standing(Hidden{});
+    }
+}
+
+void BorderlessWindow::retire() {
+    if (isReady()) {
+        standing_ = Hidden{};
+    }
+}
+
+void BorderlessWindow::build() {
+    if (isHidden()) {
+        return;
+    }
+    if (!surface_) {
+        surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format);
+        placed_.reset();
+        isPlanned_ = isShaped_ = false;
+    }
+    if (takesMouse() && !mouseTaker_) {
+        mouseTaker_ = std::make_unique<StageWindow>(share_.connection, area_);
+        placed_.reset();
+        isShaped_ = false;
+    }
+    if (!isPlanned_) {
+        plan();
+    }
+}
+
+void BorderlessWindow::plan() {
+    auto plan = planPainting(picture_, area_.width, area_.height,
+                             share_.isTranslucent ? Background::prevailing : Background::transparent);
+    Surface::Images images;
+    for (const auto& step : plan.steps) {
+        if (const auto* image = std::get_if<std::shared_ptr<const Image>>(&step.paint)) {
+            images.emplace(image->get(), share_.images.use(*image));
+        }
+    }
+    surface_->setPlan(std::move(plan), std::move(images));
+    if (!share_.isTranslucent) {
+        opaqueArea_ = opaqueArea(picture_);
+        isShaped_ = false;
+    }
+    isPlanned_ = true;
+    isPainted_ = false;
+}
+
+void BorderlessWindow::arrange() {
+    if (!takesMouse() && mouseTaker_) {
+        mouseTaker_->hide();
+        pressed_.reset();
+    }
+    if (!isMapped() && surface_) {
+        surface_->window().hide();
+        isPainted_ = false;
+    }
+    if (!std::holds_alternative<Below>(standing_)) {
+        cutOut({});
+    }
+    if (!isMapped()) {
+        return;
+    }
+    auto place = area_;
+    place.x = isShown() ? place.x : -place.width;
+    if (placed_ != place) {
+        surface_->window().place(place);
+        if (mouseTaker_) {
+            mouseTaker_->place(place);
+        }
+        placed_ = place;
+    }
+    if (!isShaped_) {
+        applyShape();
+    }
+}
+
+void BorderlessWindow::applyShape() {
+    isShaped_ = true;
+    const std::vector<PixelRect> whole{{.x = 0, .y = 0, .width = area_.width, .height = area_.height}};
+    const auto shape = [&](const StageWindow& window, std::vector<PixelRect> areas) {
+        if (cuts_.empty() && areas == whole) {
+            window.makeWhole();
+            return;
+        }
+        for (auto cut : cuts_) {
+            cut.x -= area_.x;
+            cut.y -= area_.y;
+            areas = without(areas, cut);
+        }
+        window.cutDownTo(areas);
+    };
+    shape(surface_->window(), share_.isTranslucent ? whole : opaqueArea_);
+    if (mouseTaker_) {
+        shape(*mouseTaker_, whole);
+    }
+}
+
+void BorderlessWindow::show() {
+    if (!isMapped()) {
+        return;
+    }
+    surface_->show();
+    if (takesMouse()) {
+        mouseTaker_->show();
+    }
+}
+
+void BorderlessWindow::paint() {
+    if (isMapped() && !isPainted_) {
+        surface_->paint();
+        isPainted_ = true;
+    }
+}
+
+std::vector<xcb_window_t> BorderlessWindow::windows() const {
+    std::vector<xcb_window_t> result;
+    if (takesMouse() && mouseTaker_) {
+        result.push_back(mouseTaker_->id());
+    }
+    if (isShown() && surface_) {
+        result.push_back(surface_->id());
+    }
+    return result;
+}
+
+void BorderlessWindow::cutOut(std::vector<PixelRect> areas) {
+    std::erase_if(areas, [this](const PixelRect& area) { return !overlap(area, area_); });
+    if (areas == cuts_) {
+        return;
+    }
+    cuts_ = std::move(areas);
+    if (!surface_) {
+        return;
+    }
+    // One compositor never fills the last hole of a window unless that is shown anew.
+    const bool appearsAnew = cuts_.empty() && surface_->window().isShown();
+    if (appearsAnew) {
+        surface_->window().hide();
+    }
+    applyShape();
+    if (appearsAnew) {
+        surface_->show();
+        surface_->paint();
+    }
+}
+
+void BorderlessWindow::rebuild() { surface_.reset(); }
+
+bool BorderlessWindow::handle(const xcb_generic_event_t& event) {
+    switch (eventCode(event)) {
+    case XCB_EXPOSE: return handleExposure(event);
+    case XCB_BUTTON_PRESS: return handleButton(eventAs<xcb_button_press_event_t>(event), true);
+    case XCB_BUTTON_RELEASE: return handleButton(eventAs<xcb_button_press_event_t>(event), false);
+    default: return false;
+    }
+}
+
+bool BorderlessWindow::handleExposure(const xcb_generic_event_t& event) {
+    const auto& exposure = eventAs<xcb_expose_event_t>(event);
+    if (!surface_ || exposure.window != surface_->id()) {
+        return false;
+    }
+    // The last one of several speaks for all.
+    if (exposure.count == 0 && isPainted_ && surface_->isLost(event)) {
+        surface_->paint();
+    }
+    return true;
+}
+
+bool BorderlessWindow::handleButton(const xcb_button_press_event_t& button, bool isPressed) {
+    if (!mouseTaker_ || button.event != mouseTaker_->id()) {
+        return false;
+    }
+    if (button.detail != mainButton) {
+        return true;
+    }
+    const Point point{.x = static_cast<double>(button.event_x), .y = static_cast<double>(button.event_y)};
+    if (isPressed) {
+        pressed_ = point;
+        return true;
+    }
+    const auto pressed = std::exchange(pressed_, std::nullopt);
+    if (pressed && std::hypot(point.x - pressed->x, point.y - pressed->y) <= mostTremble) {
+        const auto clicks = clicks_;
+        clicks->notify(*pressed);
+    }
+    return true;
+}
+
+} // namespace karto::x11

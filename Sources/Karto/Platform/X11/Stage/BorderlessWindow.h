@@ -1,0 +1,146 @@
+#pragma once
+// A window of the stage: what is asked of it, and how it stands on the server.
+// What shows lets the mouse through always; a window that takes the mouse has a second one above it,
+// invisible and just as large, so that clicks arrive also where the first is cut away.
+
+#include "Karto/Platform/Observers.h"
+#include "Karto/Platform/OverlayStage.h"
+#include "Karto/Platform/WeakCallbacks.h"
+#include "Karto/Platform/X11/Server/Connection.h"
+#include "Karto/Platform/X11/Stage/RenderFormats.h"
+#include "Karto/Platform/X11/Stage/ServerImages.h"
+#include "Karto/Platform/X11/Stage/StageWindow.h"
+#include "Karto/Platform/X11/Stage/Surface.h"
+
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <memory>
+#include <optional>
+#include <utility>
+#include <variant>
+#include <vector>
+
+namespace karto::x11 {
+
+// What the windows of one stage share.
+struct StageShare {
+    Connection& connection;
+    ServerImages images;
+    // What the windows are made of.
+    WindowFormat format;
+    bool isTranslucent = false;
+    // How often a window was brought to the front.
+    std::uint64_t turns = 0;
+};
+
+class BorderlessWindow final : public karto::BorderlessWindow {
+public:
+    struct Hidden {};
+
+    // About to be shown, or hidden a moment ago. A translucent desktop keeps what is painted on a window, so
+    // it is there already, beyond the edge of the desktop; otherwise only what its picture needs is.
+    struct Ready {};
+
+    struct InFront {
+        // Of two windows of one level, the later one is in front.
+        std::uint64_t turn = 0;
+    };
+
+    struct Below {
+        WindowHandle window;
+    };
+
+    using Standing = std::variant<Hidden, Ready, InFront, Below>;
+
+    BorderlessWindow(StageShare& share, const Rect& frame);
+
+    void setFrame(const Rect& frame) override;
+
+    void setLevel(StageLevel level) override { level_ = level; }
+
+    void setIgnoresMouse(bool ignoresMouse) override { ignoresMouse_ = ignoresMouse; }
+
+    void setPicture(Picture picture) override;
+
+    void prepare() override;
+
+    void orderFront() override { standing_ = InFront{.turn = ++share_.turns}; }
+
+    void orderBelow(WindowHandle window) override { standing_ = Below{.window = window}; }
+
+    void orderOut() override;
+
+    Registration observeClicks(std::function<void(Point)> onClick) override;
+
+    // The stage takes its windows through these together, one step after the other.
+    // Sends whatever takes long; nothing of it can be seen.
+    void build();
+    // Brings what is shown into place and shape, and hides what is not.
+    void arrange();
+    void show();
+    void paint();
+
+    [[nodiscard]] const Standing& standing() const { return standing_; }
+
+    [[nodiscard]] bool isReady() const { return std::holds_alternative<Ready>(standing_); }
+
+    [[nodiscard]] StageLevel level() const { return level_; }
+
+    // From the top down; none while hidden.
+    [[nodiscard]] std::vector<xcb_window_t> windows() const;
+
+    // Takes areas of the root out of the window, until told otherwise.
+    void cutOut(std::vector<PixelRect> areas);
+    // Hides what was only ready.
+    void retire();
+    // To be called when the share's format has changed.
+    void rebuild();
+    // Whether the event was one of this window; it may have ended the window.
+    bool handle(const xcb_generic_event_t& event);
+
+    // Lasts as long as the window.
+    void keep(Registration registration) { kept_ = std::move(registration); }
+
+private:
+    [[nodiscard]] bool isHidden() const { return std::holds_alternative<Hidden>(standing_); }
+
+    [[nodiscard]] bool isShown() const {
+        return std::holds_alternative<InFront>(standing_) || std::holds_alternative<Below>(standing_);
+    }
+
+    // Whether the server has it among the windows of the desktop.
+    [[nodiscard]] bool isMapped() const { return isShown() || (isReady() && share_.isTranslucent); }
+
+    [[nodiscard]] bool takesMouse() const { return isShown() && !ignoresMouse_; }
+
+    void plan();
+    void applyShape();
+    bool handleExposure(const xcb_generic_event_t& event);
+    bool handleButton(const xcb_button_press_event_t& button, bool isPressed);
+
+    StageShare& share_;
+    PixelRect area_;
+    StageLevel level_ = StageLevel::floating;
+    bool ignoresMouse_ = true;
+    Picture picture_;
+    Standing standing_;
+    std::vector<PixelRect> cuts_;
+
+    // Both null until they are needed.
+    std::unique_ptr<Surface> surface_;
+    std::unique_ptr<StageWindow> mouseTaker_;
+    // All that is there while the desktop is not translucent.
+    std::vector<PixelRect> opaqueArea_;
+    // Where the surface was placed last; absent for a new one.
+    std::optional<PixelRect> placed_;
+    bool isPlanned_ = false;
+    bool isShaped_ = false;
+    bool isPainted_ = false;
+    std::optional<Point> pressed_;
+    // Outlives the window while it tells of a click.
+    std::shared_ptr<Observers<Point>> clicks_ = std::make_shared<Observers<Point>>();
+    Registration kept_;
+};
+
+} // namespace karto::x11

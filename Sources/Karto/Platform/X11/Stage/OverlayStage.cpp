@@ -1,0 +1,142 @@
+#include "Karto/Platform/X11/Stage/OverlayStage.h"
+
+#include <algorithm>
+#include <chrono>
+#include <tuple>
+#include <utility>
+#include <variant>
+
+namespace karto::x11 {
+
+namespace {
+
+constexpr std::chrono::seconds lingerTime{10};
+
+} // namespace
+
+OverlayStage::OverlayStage(Connection& connection, WindowManager& manager, DesktopTheme& theme,
+                           Scheduler& scheduler)
+    : connection_(connection)
+    , scheduler_(scheduler)
+    , theme_(theme)
+    , formats_(readRenderFormats(connection).value_or(RenderFormats()))
+    , share_{.connection = connection,
+             .images = ServerImages(connection, formats_.image),
+             .format = formats_.opaque}
+    , order_(connection, manager, scheduler,
+             [this](WindowHandle above, const std::vector<PixelRect>& areas) { cutOut(above, areas); })
+    , themeChanges_(theme.observeChanges([this] { styleObservers_.notify(); })) {
+    if (formats_ == RenderFormats()) {
+        return;
+    }
+    compositor_ = std::make_unique<CompositorWatch>(connection, [this] { followCompositor(); });
+    chooseFormat();
+    events_ = connection.observe([this](const xcb_generic_event_t& event) {
+        std::ignore = std::ranges::any_of(windows_, [&](auto* window) { return window->handle(event); });
+    });
+}
+
+std::unique_ptr<karto::BorderlessWindow> OverlayStage::createWindow(const Rect& frame) {
+    auto window = std::make_unique<BorderlessWindow>(share_, frame);
+    windows_.push_back(window.get());
+    window->keep(Registration(callbacks_.wrap([this, gone = window.get()] { std::erase(windows_, gone); })));
+    return window;
+}
+
+void OverlayStage::present() {
+    if (!compositor_) {
+        return;
+    }
+    for (auto* window : windows_) {
+        window->build();
+    }
+    order_.want(wantedOrder());
+    // Nobody, the compositor least of all, is to see some of it without the rest.
+    xcb_grab_server(connection_.get());
+    for (auto* window : windows_) {
+        window->arrange();
+    }
+    order_.restack();
+    for (auto* window : windows_) {
+        window->show();
+    }
+    for (auto* window : windows_) {
+        window->paint();
+    }
+    xcb_ungrab_server(connection_.get());
+    connection_.flush();
+    retireLater();
+}
+
+void OverlayStage::retireLater() {
+    const bool isAnyReady = std::ranges::any_of(windows_, &BorderlessWindow::isReady);
+    retiring_ =
+        isAnyReady ? scheduler_.after(lingerTime, callbacks_.wrap([this] { retire(); })) : Registration();
+}
+
+void OverlayStage::retire() {
+    for (auto* window : windows_) {
+        window->retire();
+    }
+    present();
+}
+
+StageOrder::Wanted OverlayStage::wantedOrder() const {
+    using InFront = BorderlessWindow::InFront;
+    using Below = BorderlessWindow::Below;
+    StageOrder::Wanted wanted{.front = {}, .below = {}, .isComposited = compositor_->isRunning()};
+    std::vector<const BorderlessWindow*> inFront;
+    for (const auto* window : windows_) {
+        if (std::holds_alternative<InFront>(window->standing())) {
+            inFront.push_back(window);
+        } else if (const auto* below = std::get_if<Below>(&window->standing())) {
+            auto& group = wanted.below[below->window];
+            std::ranges::copy(window->windows(), std::back_inserter(group));
+        }
+    }
+    std::ranges::sort(inFront, std::greater(), [](const auto* window) {
+        return std::pair(window->level(), std::get<InFront>(window->standing()).turn);
+    });
+    for (const auto* window : inFront) {
+        std::ranges::copy(window->windows(), std::back_inserter(wanted.front));
+    }
+    return wanted;
+}
+
+void OverlayStage::cutOut(WindowHandle above, const std::vector<PixelRect>& areas) {
+    for (auto* window : windows_) {
+        const auto* below = std::get_if<BorderlessWindow::Below>(&window->standing());
+        if (below != nullptr && below->window == above) {
+            window->cutOut(areas);
+        }
+    }
+}
+
+StageStyle OverlayStage::style() const {
+    return {.scale = theme_.scale(), .accent = theme_.accent(), .isTranslucent = share_.isTranslucent};
+}
+
+Registration OverlayStage::observeStyleChanges(std::function<void()> onChange) {
+    return styleObservers_.add(std::move(onChange));
+}
+
+void OverlayStage::chooseFormat() {
+    share_.isTranslucent = compositor_->isRunning() && formats_.translucent.has_value();
+    share_.format = share_.isTranslucent ? formats_.translucent.value_or(formats_.opaque) : formats_.opaque;
+}
+
+void OverlayStage::followCompositor() {
+    const bool before = share_.isTranslucent;
+    chooseFormat();
+    if (share_.isTranslucent == before) {
+        return;
+    }
+    for (auto* window : windows_) {
+        window->rebuild();
+    }
+    // Whoever paints for the stage brings new pictures now; the windows are back in any case.
+    styleObservers_.notify();
+    present();
+}
+
+} // namespace karto::x11

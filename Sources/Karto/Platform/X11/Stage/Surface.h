@@ -1,0 +1,58 @@
+#pragma once
+// What a window of the stage shows. No pixels are kept for it: a plan says how they come about again.
+
+#include "Karto/Platform/X11/Server/Connection.h"
+#include "Karto/Platform/X11/Stage/PaintPlan.h"
+#include "Karto/Platform/X11/Stage/RenderFormats.h"
+#include "Karto/Platform/X11/Stage/ServerImages.h"
+#include "Karto/Platform/X11/Stage/StageWindow.h"
+#include "KartoCore/Picture.h"
+
+#include <xcb/render.h>
+#include <xcb/xcb.h>
+
+#include <cstdint>
+#include <map>
+#include <memory>
+
+namespace karto::x11 {
+
+class Surface {
+public:
+    using Images = std::map<const Image*, std::shared_ptr<const ServerImage>>;
+
+    Surface(const Connection& connection, const PixelRect& area, const WindowFormat& format);
+    Surface(const Surface&) = delete;
+    Surface& operator=(const Surface&) = delete;
+    Surface(Surface&&) = delete;
+    Surface& operator=(Surface&&) = delete;
+    ~Surface();
+
+    [[nodiscard]] StageWindow& window() { return window_; }
+
+    [[nodiscard]] xcb_window_t id() const { return window_.id(); }
+
+    // `images` has every image of the plan. What is painted lasts until the window is hidden.
+    void setPlan(PaintPlan plan, Images images);
+
+    void show();
+    void paint();
+
+    // Whether an exposure took away what was painted last.
+    [[nodiscard]] bool isLost(const xcb_generic_event_t& exposure) const;
+
+private:
+    void paint(const PaintStep& step) const;
+
+    const Connection& connection_;
+    StageWindow window_;
+    xcb_render_picture_t picture_;
+    PaintPlan plan_;
+    Images images_;
+    // The server has filled the window with its background, and nothing has been painted on it.
+    bool isClear_ = false;
+    // The request that the last painting began with, in the server's count.
+    std::uint32_t painted_ = 0;
+};
+
+} // namespace karto::x11

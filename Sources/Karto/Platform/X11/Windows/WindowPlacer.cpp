@@ -1,0 +1,280 @@
+#include "Karto/Platform/X11/Windows/WindowPlacer.h"
+
+#include <algorithm>
+#include <cstdint>
+
+namespace karto::x11 {
+
+namespace {
+
+// A window that has stopped changing for this long has given its answer.
+constexpr std::chrono::milliseconds quiet{60};
+// The same for a window that is known to be wrong and is asked again.
+constexpr std::chrono::milliseconds shortQuiet{20};
+constexpr int mostCorrections = 4;
+// What looking at a window may take on a busy machine.
+constexpr std::chrono::milliseconds lookTime{30};
+// Beyond what any screen shows.
+constexpr int mostPixels = 0x7FFF;
+
+constexpr std::uint32_t sourceIsPager = 2;
+constexpr std::uint32_t stateRemove = 0;
+
+bool fits(const WindowFacts& facts, const Rect& target) {
+    const PixelRect actual{.x = facts.x, .y = facts.y, .width = facts.width, .height = facts.height};
+    const auto wanted = clientAreaFor(target, facts);
+    return actual == wanted || actual == constrained(wanted, facts.sizeHints);
+}
+
+// Whether an event may bring news of a window's frame.
+bool concernsFrame(const xcb_generic_event_t& event, xcb_window_t window, const Atoms& atoms) {
+    switch (eventCode(event)) {
+    case XCB_CONFIGURE_NOTIFY: return eventAs<xcb_configure_notify_event_t>(event).window == window;
+    case XCB_DESTROY_NOTIFY: return eventAs<xcb_destroy_notify_event_t>(event).window == window;
+    case XCB_PROPERTY_NOTIFY: {
+        const auto& change = eventAs<xcb_property_notify_event_t>(event);
+        return change.window == window &&
+               (change.atom == atoms.netFrameExtents || change.atom == atoms.gtkFrameExtents ||
+                change.atom == atoms.netWmState);
+    }
+    default: return false;
+    }
+}
+
+} // namespace
+
+PixelRect clientAreaFor(const Rect& frame, const WindowFacts& facts) {
+    const auto pixels = nearestPixels(frame);
+    const Insets& decoration = facts.decoration;
+    const Insets& shadow = facts.shadow;
+    return {.x = pixels.x + decoration.left - shadow.left,
+            .y = pixels.y + decoration.top - shadow.top,
+            .width =
+                std::max(pixels.width - decoration.left - decoration.right + shadow.left + shadow.right, 1),
+            .height =
+                std::max(pixels.height - decoration.top - decoration.bottom + shadow.top + shadow.bottom, 1)};
+}
+
+PixelRect constrained(PixelRect area, const xcb_size_hints_t& hints) {
+    const auto pixels = [](int hint) { return std::clamp(hint, 0, mostPixels); };
+    const auto constrain = [&](int length, int minimum, int maximum, int base, int increment) {
+        minimum = pixels(minimum);
+        base = pixels(base);
+        const bool hasMinimum = (hints.flags & XCB_ICCCM_SIZE_HINT_P_MIN_SIZE) != 0;
+        const bool hasBase = (hints.flags & XCB_ICCCM_SIZE_HINT_BASE_SIZE) != 0;
+        if (hasMinimum || hasBase) {
+            length = std::max(length, hasMinimum ? minimum : base);
+        }
+        if ((hints.flags & XCB_ICCCM_SIZE_HINT_P_MAX_SIZE) != 0 && maximum > 0) {
+            length = std::min(length, maximum);
+        }
+        if ((hints.flags & XCB_ICCCM_SIZE_HINT_P_RESIZE_INC) != 0 && increment > 1) {
+            const int fixed = hasBase ? base : (hasMinimum ? minimum : 0);
+            length -= std::max(length - fixed, 0) % increment;
+        }
+        return length;
+    };
+    area.width = constrain(area.width, hints.min_width, hints.max_width, hints.base_width, hints.width_inc);
+    area.height =
+        constrain(area.height, hints.min_height, hints.max_height, hints.base_height, hints.height_inc);
+    return area;
+}
+
+WindowPlacer::WindowPlacer(Connection& connection, WindowManager& manager, Scheduler& scheduler)
+    : connection_(connection)
+    , manager_(manager)
+    , scheduler_(scheduler) {}
+
+WindowPlacer::Placement& WindowPlacer::placement(xcb_window_t window, const WindowFacts& now) {
+    const auto known = placements_.find(window);
+    if (known != placements_.end() && !known->second.isSettled) {
+        return known->second;
+    }
+    placements_.erase(window);
+    return placements_
+        .emplace(window, Placement{.target = now.visibleFrame(),
+                                   .facts = now,
+                                   .events = connection_.select(window, XCB_EVENT_MASK_STRUCTURE_NOTIFY |
+                                                                            XCB_EVENT_MASK_PROPERTY_CHANGE),
+                                   .recheck = {}})
+        .first->second;
+}
+
+void WindowPlacer::setOrigin(xcb_window_t window, Point origin, const WindowFacts& now) {
+    auto& asked = placement(window, now);
+    asked.target.x = origin.x;
+    asked.target.y = origin.y;
+    asked.isSent = false;
+}
+
+void WindowPlacer::setSize(xcb_window_t window, Size size, const WindowFacts& now) {
+    auto& asked = placement(window, now);
+    asked.target.width = size.width;
+    asked.target.height = size.height;
+    asked.isSent = false;
+}
+
+void WindowPlacer::send() {
+    for (auto& [window, placement] : placements_) {
+        if (!placement.isSent) {
+            send(window, placement);
+            recheckLater(window, placement);
+        }
+    }
+}
+
+const WindowFacts* WindowPlacer::unsettled(xcb_window_t window) const {
+    const auto known = placements_.find(window);
+    return known != placements_.end() && !known->second.isSettled ? &known->second.facts : nullptr;
+}
+
+void WindowPlacer::send(xcb_window_t window, Placement& placement) {
+    placement.isSent = true;
+    if (!placement.facts.isMaximized) {
+        // Nothing happens to a window that is asked to stay as it is, and so there would be nothing to wait
+        // for.
+        placement.fitted = fits(placement.facts, placement.target);
+        if (!placement.fitted) {
+            place(window, placement, placement.facts);
+        }
+        return;
+    }
+    placement.wasMaximized = true;
+    placement.isRestoring = true;
+    const auto& atoms = connection_.atoms();
+    connection_.tellWindowManager(
+        window, atoms.netWmState,
+        {stateRemove, atoms.netWmStateMaximizedHorz, atoms.netWmStateMaximizedVert, sourceIsPager, 0});
+    connection_.flush();
+}
+
+void WindowPlacer::place(xcb_window_t window, Placement& placement, const WindowFacts& facts) {
+    placement.facts = facts;
+    const auto area = clientAreaFor(placement.target, facts);
+    // Managers are told where the decorated window goes, and how large its client becomes.
+    const std::array geometry{static_cast<std::uint32_t>(area.x - facts.decoration.left),
+                              static_cast<std::uint32_t>(area.y - facts.decoration.top),
+                              static_cast<std::uint32_t>(area.width),
+                              static_cast<std::uint32_t>(area.height)};
+    const auto& atoms = connection_.atoms();
+    if (manager_.supports(atoms.netMoveresizeWindow)) {
+        constexpr std::uint32_t allFour = 0xF << 8;
+        constexpr std::uint32_t flags = XCB_GRAVITY_NORTH_WEST | allFour | sourceIsPager << 12;
+        connection_.tellWindowManager(window, atoms.netMoveresizeWindow,
+                                      {flags, geometry[0], geometry[1], geometry[2], geometry[3]});
+    } else {
+        xcb_configure_window(connection_.get(), window,
+                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
+                                 XCB_CONFIG_WINDOW_HEIGHT,
+                             geometry.data());
+    }
+    connection_.flush();
+}
+
+bool WindowPlacer::advance(xcb_window_t window, Placement& placement, const WindowFacts& facts) {
+    if (placement.isRestoring) {
+        if (!facts.isMaximized) {
+            placement.isRestoring = false;
+            place(window, placement, facts);
+        }
+        return false;
+    }
+    if (fits(facts, placement.target)) {
+        return true;
+    }
+    if (facts.decoration != placement.facts.decoration || facts.shadow != placement.facts.shadow) {
+        correct(window, placement, facts);
+    }
+    return false;
+}
+
+void WindowPlacer::correct(xcb_window_t window, Placement& placement, const WindowFacts& facts) {
+    if (placement.corrections < mostCorrections) {
+        ++placement.corrections;
+        place(window, placement, facts);
+    }
+}
+
+bool WindowPlacer::awaitChange(xcb_window_t window, std::size_t mark, Deadline deadline) {
+    do {
+        const auto events = connection_.awaitEvents(mark, deadline);
+        mark += events.size();
+        if (std::ranges::any_of(events, [&](const auto* event) {
+                return concernsFrame(*event, window, connection_.atoms());
+            })) {
+            return true;
+        }
+    } while (!connection_.broken() && std::chrono::steady_clock::now() < deadline);
+    return false;
+}
+
+std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline deadline) {
+    auto& asked = placements_.at(window);
+    // The last look must be answered within the deadline as well.
+    const auto lastLook = deadline - lookTime;
+    bool hasChanged = false;
+    if (!asked.isSent) {
+        const auto mark = connection_.eventMark();
+        send(window, asked);
+        // Looking any sooner would only keep the server from carrying it out.
+        hasChanged = !asked.fitted && awaitChange(window, mark, lastLook);
+    }
+    std::optional<WindowFacts> facts;
+    while (true) {
+        const auto mark = connection_.eventMark();
+        facts = FactsRequest(connection_, window).receive(connection_, deadline);
+        if (!facts || advance(window, asked, *facts)) {
+            break;
+        }
+        const auto patience = asked.wasMaximized ? shortQuiet : quiet;
+        const auto until = hasChanged ? std::min(lastLook, deadlineFromNow(patience)) : lastLook;
+        if (std::chrono::steady_clock::now() < until && awaitChange(window, mark, until)) {
+            hasChanged = true;
+            continue;
+        }
+        const bool mayAskAgain = asked.wasMaximized && !asked.isRestoring && until < lastLook &&
+                                 asked.corrections < mostCorrections;
+        if (!mayAskAgain) {
+            break;
+        }
+        correct(window, asked, *facts);
+    }
+    asked.isSettled = true;
+    if (asked.wasMaximized) {
+        recheckLater(window, asked);
+    } else {
+        placements_.erase(window);
+    }
+    return facts;
+}
+
+void WindowPlacer::recheckLater(xcb_window_t window, Placement& placement) {
+    placement.recheck = scheduler_.after(quiet, callbacks_.wrap([this, window] { recheck(window); }));
+}
+
+void WindowPlacer::recheck(xcb_window_t window) {
+    const auto known = placements_.find(window);
+    if (known == placements_.end()) {
+        return;
+    }
+    auto& asked = known->second;
+    // Only a window that gave up being maximized changes late.
+    if (!asked.wasMaximized || asked.corrections >= mostCorrections) {
+        placements_.erase(known);
+        return;
+    }
+    const auto facts = FactsRequest(connection_, window).receive(connection_, deadlineFromNow());
+    const bool wasMaximizedAgain = facts && !asked.isRestoring && facts->isMaximized;
+    if (wasMaximizedAgain || (facts && advance(window, asked, *facts))) {
+        placements_.erase(known);
+        return;
+    }
+    if (facts && !asked.isRestoring) {
+        correct(window, asked, *facts);
+    } else {
+        ++asked.corrections;
+    }
+    recheckLater(window, asked);
+}
+
+} // namespace karto::x11
