@@ -1,11 +1,6 @@
-#include "Karto/Adapters/ConfigStore.h"
-#include "Karto/Adapters/DisplayRegistry.h"
-#include "Karto/Adapters/HotkeyService.h"
-#include "Karto/Adapters/ModifierMonitor.h"
-#include "Karto/Adapters/WindowService.h"
-#include "Karto/Coordinator.h"
+#include "Karto/Agent.h"
 #include "Karto/Log.h"
-#include "Karto/Overlay/OverlayController.h"
+#include "Karto/Overlay/OverlayContentView.h"
 #include "Karto/Platform/Linux/DesktopEntries.h"
 #include "Karto/Platform/Linux/InotifyFileWatch.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
@@ -14,6 +9,7 @@
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
 #include "Karto/Platform/Linux/QtScheduler.h"
 #include "Karto/Platform/Linux/SystemClock.h"
+#include "Karto/Platform/Platform.h"
 #include "Karto/Platform/X11/Displays/Screens.h"
 #include "Karto/Platform/X11/Keyboard/HotKeyCenter.h"
 #include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
@@ -24,8 +20,7 @@
 #include "Karto/Platform/X11/Stage/OverlayStage.h"
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 #include "Karto/Platform/X11/Windows/ApplicationActivity.h"
-#include "Karto/Startup.h"
-#include "Karto/Switcher/SwitcherController.h"
+#include "Karto/Switcher/SwitcherPanelView.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
@@ -100,59 +95,39 @@ int main(int argumentCount, char** arguments) {
                                      {.ownProcess = getpid(),
                                       .isWayland = isWayland || x11::runsInsideWayland(connection),
                                       .openSettings = QtApplicationHost::openDesktopSettings});
-    WindowService windowService(accessibility);
-    if (!isTrustedOrExplains(windowService, host, log)) {
-        return notTrustedStatus;
-    }
-
     InotifyFileWatch fileWatch(descriptors);
-    ConfigStore store(fmt::format("{}/{}", home, ConfigStore::relativePath), files, fileWatch, scheduler,
-                      log);
     x11::Screens screens(connection, scheduler);
-    DisplayRegistry displays(screens);
-    Coordinator coordinator(windowService, displays, store, log);
+    x11::HotKeyCenter hotKeyCenter(connection, scheduler);
+    x11::ModifierEvents modifierEvents(connection);
+    x11::ApplicationActivity activity(connection, accessibility, scheduler, getpid());
     QtDesktopTheme theme;
     x11::OverlayStage stage(connection, windowManager, theme, scheduler);
+
+    OverlayPainter overlayPainter;
+    SwitcherPainter switcherPainter;
+    Agent agent({.host = host,
+                 .scheduler = scheduler,
+                 .files = files,
+                 .fileWatch = fileWatch,
+                 .accessibility = accessibility,
+                 .screens = screens,
+                 .hotKeyCenter = hotKeyCenter,
+                 .modifierEvents = modifierEvents,
+                 .stage = stage,
+                 .activity = activity},
+                {.overlay = [&](const auto& view,
+                                const StageStyle& style) { return overlayPainter.paint(view, style); },
+                 .switcher = [&](const auto& view,
+                                 const StageStyle& style) { return switcherPainter.paint(view, style); }},
+                log, home);
+    if (!agent.start()) {
+        return Agent::notTrustedStatus;
+    }
     if (!stage.isUsable()) {
         log.append(
             "overlay: the X server lacks an extension or a format that the overlay and the switcher need "
             "— neither will be seen");
     }
-    SwitcherPainter switcherPainter;
-    SwitcherWindow panel(stage, [&](const SwitcherPanelView& view, const StageStyle& style) {
-        return switcherPainter.paint(view, style);
-    });
-    SwitcherController switcher(windowService, displays, store, panel, log);
-    x11::HotKeyCenter hotKeyCenter(connection, scheduler);
-    HotkeyService hotkeys(hotKeyCenter);
-    x11::ApplicationActivity activity(connection, accessibility, scheduler, getpid());
-    OverlayPainter overlayPainter;
-    OverlayController overlay({.config = store,
-                               .displays = displays,
-                               .screens = screens,
-                               .stage = stage,
-                               .activity = activity,
-                               .scheduler = scheduler,
-                               .log = log},
-                              [&](const OverlayContentView& view, const StageStyle& style) {
-                                  return overlayPainter.paint(view, style);
-                              });
-    x11::ModifierEvents modifierEvents(connection);
-    ModifierMonitor overlayModifiers(modifierEvents, scheduler);
-    ModifierMonitor switcherModifiers(modifierEvents, scheduler);
-
-    Startup startup({.host = host,
-                     .hotKeyCenter = hotKeyCenter,
-                     .store = store,
-                     .displays = displays,
-                     .coordinator = coordinator,
-                     .hotkeys = hotkeys,
-                     .overlay = overlay,
-                     .switcher = switcher,
-                     .overlayModifiers = overlayModifiers,
-                     .switcherModifiers = switcherModifiers,
-                     .log = log});
-    startup.run();
     const auto warmingUp = scheduler.after(warmUpDelay, [&] {
         const OverlayContentView zone{.content = OverlayZones{{.number = 1, .rect = warmUpFrame}},
                                       .displayFrame = warmUpFrame,

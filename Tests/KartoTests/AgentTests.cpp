@@ -1,12 +1,6 @@
-#include "Karto/Startup.h"
+#include "Karto/Agent.h"
 
-#include "Karto/Adapters/ConfigStore.h"
-#include "Karto/Adapters/DisplayRegistry.h"
-#include "Karto/Adapters/ModifierMonitor.h"
-#include "Karto/Coordinator.h"
-#include "Karto/Overlay/OverlayController.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
-#include "Karto/Switcher/SwitcherController.h"
 #include "Support/ManualScheduler.h"
 #include "Support/MemoryCheckLog.h"
 #include "Support/MemoryDesktop.h"
@@ -40,9 +34,12 @@ struct ManualFileWatch final : FileWatch {
     }
 };
 
-class StartupTest : public ::testing::Test {
+class AgentTest : public ::testing::Test {
 protected:
-    StartupTest() { desktop.connected = {{.name = "Main", .frame = mainFrame, .visibleFrame = mainFrame}}; }
+    AgentTest() {
+        desktop.connected = {{.name = "Main", .frame = mainFrame, .visibleFrame = mainFrame}};
+        std::filesystem::create_directories(path.parent_path());
+    }
 
     // The lines logged since the last time.
     std::string report() { return fmt::format("{}", fmt::join(log.takeLines(), "\n")); }
@@ -56,43 +53,27 @@ protected:
     }
 
     TemporaryFolder folder;
-    std::string path = folder.path() / "config.toml";
+    std::filesystem::path path = folder.path() / ConfigStore::relativePath;
     MemoryDesktop desktop;
+    MemoryStage stage;
     PosixFileSystem files;
     ManualFileWatch watch;
     ManualScheduler scheduler;
     MemoryCheckLog log;
-    WindowService windows{desktop};
-    ConfigStore store{path, files, watch, scheduler, log};
-    DisplayRegistry displays{desktop};
-    Coordinator coordinator{windows, displays, store, log};
-    HotkeyService hotkeys{desktop};
-    MemoryStage stage;
-    OverlayController overlay{
-        {.config = store,
-         .displays = displays,
-         .screens = desktop,
-         .stage = stage,
-         .activity = stage,
-         .scheduler = scheduler,
-         .log = log},
-        [](const OverlayContentView&, const StageStyle&) { return pictureNamed("zones"); }};
-    SwitcherWindow panel{stage,
-                         [](const SwitcherPanelView&, const StageStyle&) { return pictureNamed("panel"); }};
-    SwitcherController switcher{windows, displays, store, panel, log};
-    ModifierMonitor overlayModifiers{desktop, scheduler};
-    ModifierMonitor switcherModifiers{desktop, scheduler};
-    Startup startup{{.host = desktop,
-                     .hotKeyCenter = desktop,
-                     .store = store,
-                     .displays = displays,
-                     .coordinator = coordinator,
-                     .hotkeys = hotkeys,
-                     .overlay = overlay,
-                     .switcher = switcher,
-                     .overlayModifiers = overlayModifiers,
-                     .switcherModifiers = switcherModifiers,
-                     .log = log}};
+    Agent agent{{.host = desktop,
+                 .scheduler = scheduler,
+                 .files = files,
+                 .fileWatch = watch,
+                 .accessibility = desktop,
+                 .screens = desktop,
+                 .hotKeyCenter = desktop,
+                 .modifierEvents = desktop,
+                 .stage = stage,
+                 .activity = stage},
+                {.overlay = [](const auto&, const StageStyle&) { return pictureNamed("zones"); },
+                 .switcher = [](const auto&, const StageStyle&) { return pictureNamed("panel"); }},
+                log,
+                folder.path().string()};
 };
 
 const std::string oneZone = R"([profile]
@@ -104,16 +85,15 @@ orientation = "landscape"
 
 } // namespace
 
-TEST_F(StartupTest, explainsWhatIsMissingAndOffersToOpenTheSettings) {
-    EXPECT_TRUE(isTrustedOrExplains(windows, desktop, log));
+TEST_F(AgentTest, explainsWhatIsMissingAndOffersToOpenTheSettings) {
     desktop.distrust = "No window manager is running.";
-    EXPECT_FALSE(isTrustedOrExplains(windows, desktop, log));
+    EXPECT_FALSE(agent.start());
     EXPECT_EQ(desktop.settingsOpened, 1);
     EXPECT_EQ(report(),
               R"(startup: Accessibility permission not granted, showing the onboarding alert and quitting
 startup: No window manager is running.)");
     desktop.answer = 1;
-    EXPECT_FALSE(isTrustedOrExplains(windows, desktop, log));
+    EXPECT_FALSE(agent.start());
     EXPECT_EQ(desktop.settingsOpened, 1);
     const Alert alert{.message = "Karto needs permission to control windows",
                       .informativeText =
@@ -128,8 +108,8 @@ No window manager is running.)",
     EXPECT_THAT(desktop.alerts, ElementsAre(alert, alert));
 }
 
-TEST_F(StartupTest, aFirstRunClaimsTheDefaultsAndSaysThatThereIsNoFile) {
-    startup.run();
+TEST_F(AgentTest, aFirstRunClaimsTheDefaultsAndSaysThatThereIsNoFile) {
+    ASSERT_TRUE(agent.start());
     EXPECT_EQ(report(),
               R"(hotkey registration: all commands registered for modifiers [shift+command+control+option]
 startup: no config loaded — no config file yet)");
@@ -146,9 +126,9 @@ startup: no config loaded — no config file yet)");
   hyper + 1…9  Move a window to its zone)"));
 }
 
-TEST_F(StartupTest, aShortcutMovesTheFocusedWindow) {
+TEST_F(AgentTest, aShortcutMovesTheFocusedWindow) {
     writeFile(path, oneZone);
-    startup.run();
+    ASSERT_TRUE(agent.start());
     const auto window =
         desktop.open(desktop.launch("Editor"), {.frame = {.x = 10, .y = 20, .width = 30, .height = 40}});
     desktop.focus(window);
@@ -156,9 +136,9 @@ TEST_F(StartupTest, aShortcutMovesTheFocusedWindow) {
     EXPECT_EQ(desktop.window(window).frame, mainFrame);
 }
 
-TEST_F(StartupTest, theShortcutsOfTheSwitcherGoToTheSwitcher) {
+TEST_F(AgentTest, theShortcutsOfTheSwitcherGoToTheSwitcher) {
     writeFile(path, oneZone);
-    startup.run();
+    ASSERT_TRUE(agent.start());
     report();
     constexpr ModifierFlags hyper{ModifierBits::shift | ModifierBits::control | ModifierBits::option |
                                   ModifierBits::command};
@@ -178,8 +158,8 @@ TEST_F(StartupTest, theShortcutsOfTheSwitcherGoToTheSwitcher) {
 switcher: cancelled, nothing raised)");
 }
 
-TEST_F(StartupTest, aChangedFileIsReportedAndItsShortcutsAreClaimed) {
-    startup.run();
+TEST_F(AgentTest, aChangedFileIsReportedAndItsShortcutsAreClaimed) {
+    ASSERT_TRUE(agent.start());
     report();
     EXPECT_EQ(edit(oneZone + R"([hotkeys]
 modifiers = ["option", "shift"]
@@ -197,19 +177,19 @@ hotkey registration (reload): all commands registered for modifiers [shift+optio
     EXPECT_TRUE(desktop.press({.code = yKey, .modifierMask = mask}));
     report();
 
-    ASSERT_TRUE(store.save(*store.current()));
+    ASSERT_TRUE(agent.store().save(*agent.store().current()));
     watch.observers.notify();
     EXPECT_EQ(report(), R"(config reload: config loaded, profile "home", zones 1, ring 1, displays [Main]
 hotkey registration (reload): all commands registered for modifiers [shift+option])");
 }
 
-TEST_F(StartupTest, reportsWhatStandsInTheWay) {
+TEST_F(AgentTest, reportsWhatStandsInTheWay) {
     writeFile(path, oneZone);
     auto screens = std::vector(2, desktop.connected.front());
     screens.push_back({.name = "", .frame = mainFrame, .visibleFrame = mainFrame});
     desktop.connect(screens);
     desktop.heldByOthers = {{.code = tKey}, {.code = oneKey}};
-    startup.run();
+    ASSERT_TRUE(agent.start());
     EXPECT_EQ(
         report(),
         R"(hotkey registration: failed to claim [KartoCore.KartoCommand.tidy, KartoCore.KartoCommand.moveToZone(1)] for modifiers [shift+command+control+option]
@@ -233,13 +213,13 @@ config reload: RING IS EMPTY — no zone matches a connected display, no hotkey 
 )"));
 }
 
-TEST_F(StartupTest, startsWithADefectiveFileAndNoPresses) {
+TEST_F(AgentTest, startsWithADefectiveFileAndNoPresses) {
     writeFile(path, "[profile]\n");
     desktop.deliversPresses = false;
-    startup.run();
+    ASSERT_TRUE(agent.start());
     EXPECT_EQ(report(), "hotkey registration: event handler installation FAILED, no hotkey will ever fire\n"
                         "startup: no config loaded — " +
-                            store.lastError().value_or(""));
+                            agent.store().lastError().value_or(""));
 }
 
 } // namespace karto::testing

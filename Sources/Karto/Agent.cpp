@@ -1,0 +1,108 @@
+#include "Karto/Agent.h"
+
+#include "Karto/Platform/Accessibility.h"
+#include "Karto/Platform/ApplicationHost.h"
+#include "Karto/Platform/HotKeyCenter.h"
+#include "Karto/StatusReports.h"
+
+#include <fmt/format.h>
+
+#include <string>
+#include <utility>
+
+namespace karto {
+
+Agent::Agent(const Platform& platform, Faces faces, CheckLog& log, std::string_view homeDirectory)
+    : host_(platform.host)
+    , hotKeyCenter_(platform.hotKeyCenter)
+    , log_(log)
+    , store_(fmt::format("{}/{}", homeDirectory, ConfigStore::relativePath), platform.files,
+             platform.fileWatch, platform.scheduler, log)
+    , displays_(platform.screens)
+    , windows_(platform.accessibility)
+    , coordinator_(windows_, displays_, store_, log)
+    , switcherWindow_(platform.stage, std::move(faces.switcher))
+    , switcher_(windows_, displays_, store_, switcherWindow_, log)
+    , hotkeys_(platform.hotKeyCenter)
+    , overlay_({.config = store_,
+                .displays = displays_,
+                .screens = platform.screens,
+                .stage = platform.stage,
+                .activity = platform.activity,
+                .scheduler = platform.scheduler,
+                .log = log},
+               std::move(faces.overlay))
+    , overlayModifiers_(platform.modifierEvents, platform.scheduler)
+    , switcherModifiers_(platform.modifierEvents, platform.scheduler) {}
+
+bool Agent::start() {
+    if (!isTrustedOrExplains()) {
+        return false;
+    }
+    store_.reload();
+    hotkeys_.registerHotkeys(store_.hotkeyModifiers(), store_.commandKeys(),
+                             callbacks_.wrap([this](const KartoCommand& command) { dispatch(command); }));
+    keyboardChanges_ = hotKeyCenter_.observeKeyboardChanges(callbacks_.wrap([this] { keyboardChanged(); }));
+    reportHotkeys("hotkey registration");
+    store_.start(callbacks_.wrap([this](ConfigChangeEvent) { configChanged(); }));
+    reportConfig("startup");
+    overlay_.start(overlayModifiers_);
+    switcher_.start(switcherModifiers_);
+    host_.print(bannerText(store_.hotkeyModifiers(), store_.commandKeys()));
+    return true;
+}
+
+bool Agent::isTrustedOrExplains() {
+    if (windows_.requestTrust()) {
+        return true;
+    }
+    log_.append("startup: Accessibility permission not granted, showing the onboarding alert and quitting");
+    Alert alert{.message = "Karto needs permission to control windows",
+                .informativeText =
+                    "Open System Settings → Privacy & Security → Accessibility and switch Karto on.\n\n"
+                    "If Karto is not in that list, click the \"+\" button below it and choose Karto in your "
+                    "Applications folder.\n\n"
+                    "Karto quits now — it does not pick the permission up while running. Start it again once "
+                    "you have granted it.",
+                .buttons = {"Open Settings", "Quit"}};
+    if (const auto problem = windows_.trustProblem()) {
+        log_.append("startup: " + *problem);
+        alert.informativeText += "\n\n" + *problem;
+    }
+    if (host_.runAlert(alert) == 0) {
+        windows_.openAccessibilitySettings();
+    }
+    return false;
+}
+
+void Agent::dispatch(const KartoCommand& command) {
+    switch (command.kind()) {
+    case KartoCommand::Kind::cycleWindows: switcher_.advance(); break;
+    case KartoCommand::Kind::cancelCycling: switcher_.cancel(); break;
+    default: coordinator_.handle(command); break;
+    }
+}
+
+void Agent::configChanged() {
+    reportConfig("config reload");
+    rebindHotkeys();
+    reportHotkeys("hotkey registration (reload)");
+}
+
+void Agent::keyboardChanged() {
+    hotkeys_.release();
+    rebindHotkeys();
+    reportHotkeys("hotkey registration (keyboard change)");
+}
+
+void Agent::rebindHotkeys() { hotkeys_.rebind(store_.hotkeyModifiers(), store_.commandKeys()); }
+
+void Agent::reportConfig(std::string_view context) {
+    logConfigStatus(context, store_, displays_, store_.renamedHotkeyNames(), log_);
+}
+
+void Agent::reportHotkeys(std::string_view context) {
+    logHotkeyRegistration(context, hotkeys_, store_, log_);
+}
+
+} // namespace karto

@@ -1,0 +1,30 @@
+#pragma once
+// What a desktop provides, one facility each. All of it outlives whoever is given it.
+
+namespace karto {
+
+class Accessibility;
+class ApplicationActivity;
+class ApplicationHost;
+class FileSystem;
+class FileWatch;
+class HotKeyCenter;
+class ModifierEvents;
+class OverlayStage;
+class Scheduler;
+class Screens;
+
+struct Platform {
+    ApplicationHost& host;
+    Scheduler& scheduler;
+    FileSystem& files;
+    FileWatch& fileWatch;
+    Accessibility& accessibility;
+    Screens& screens;
+    HotKeyCenter& hotKeyCenter;
+    ModifierEvents& modifierEvents;
+    OverlayStage& stage;
+    ApplicationActivity& activity;
+};
+
+} // namespace karto
