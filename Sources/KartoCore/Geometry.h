@@ -45,6 +45,11 @@ struct Rect {
 
     [[nodiscard]] constexpr double area() const { return width * height; }
 
+    // The left and the top edge belong to the rectangle, the right and the bottom edge do not.
+    [[nodiscard]] constexpr bool contains(Point point) const {
+        return x <= point.x && point.x < maxX() && y <= point.y && point.y < maxY();
+    }
+
     [[nodiscard]] constexpr Point origin() const { return {.x = x, .y = y}; }
 
     [[nodiscard]] constexpr Size size() const { return {.width = width, .height = height}; }

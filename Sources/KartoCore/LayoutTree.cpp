@@ -48,6 +48,11 @@ std::string_view rawName(Orientation orientation) {
 
 std::string_view rawName(Branch branch) { return branchNames.at(std::to_underlying(branch)); }
 
+Stretch along(Axis axis, const NormRect& region) {
+    return axis == Axis::vertical ? Stretch{.start = region.x, .extent = region.w}
+                                  : Stretch{.start = region.y, .extent = region.h};
+}
+
 Orientation orientationOf(const Rect& frame) {
     return frame.width < frame.height ? Orientation::portrait : Orientation::landscape;
 }

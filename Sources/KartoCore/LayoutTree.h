@@ -29,6 +29,14 @@ std::string_view rawName(Axis axis);
 std::string_view rawName(Orientation orientation);
 std::string_view rawName(Branch branch);
 
+// What a split of an axis divides of a region.
+struct Stretch {
+    double start = 0;
+    double extent = 0;
+};
+
+Stretch along(Axis axis, const NormRect& region);
+
 // portrait only when the frame is narrower than tall: a square display is landscape.
 Orientation orientationOf(const Rect& frame);
 

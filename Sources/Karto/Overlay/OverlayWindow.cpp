@@ -5,14 +5,6 @@
 
 namespace karto {
 
-namespace {
-
-bool contains(const Rect& rect, Point point) {
-    return rect.x <= point.x && point.x < rect.maxX() && rect.y <= point.y && point.y < rect.maxY();
-}
-
-} // namespace
-
 OverlayWindow::OverlayWindow(OverlayStage& stage, const PaintOverlay& paint, const Rect& frame,
                              bool isAppActive)
     : stage_(stage)
@@ -52,8 +44,8 @@ void OverlayWindow::clicked(Point position) const {
     const Point global{.x = view_.displayFrame.x + position.x, .y = view_.displayFrame.y + position.y};
     std::optional<int> number;
     if (const auto* zones = std::get_if<OverlayZones>(&view_.content)) {
-        const auto zone = std::ranges::find_if(
-            *zones, [&](const OverlayZone& each) { return contains(each.rect, global); });
+        const auto zone =
+            std::ranges::find_if(*zones, [&](const OverlayZone& each) { return each.rect.contains(global); });
         if (zone != zones->end()) {
             number = zone->number;
         }

@@ -1,0 +1,100 @@
+#include "KartoCore/Snapping.h"
+
+#include "KartoCore/ZoneEditing.h"
+
+#include <array>
+#include <cmath>
+#include <iterator>
+#include <optional>
+#include <set>
+#include <utility>
+
+namespace karto::Snapping {
+
+namespace {
+
+constexpr std::array displayFractions{0.25, 1.0 / 3, 0.5, 2.0 / 3, 0.75};
+
+std::optional<NormRect> regionOf(const NodePath& path, const LayoutNode& root, NormRect region) {
+    const LayoutNode* node = &root;
+    for (const Branch branch : path.branches) {
+        const Split* split = node->split();
+        if (split == nullptr) {
+            return std::nullopt;
+        }
+        region = split->childRegion(branch, region);
+        node = &split->child(branch);
+    }
+    return region;
+}
+
+// Collects the candidates within a stretch of the display, the first of those at one place.
+class Collector {
+public:
+    explicit Collector(const Stretch& stretch)
+        : stretch_(stretch) {}
+
+    void add(double displayPosition, CandidateOrigin origin) {
+        const double local = (displayPosition - stretch_.start) / stretch_.extent;
+        if (0 <= local && local <= 1 && !isTaken(local)) {
+            taken_.insert(local);
+            candidates_.push_back({.position = local, .origin = origin});
+        }
+    }
+
+    std::vector<Candidate> candidates() && { return std::move(candidates_); }
+
+private:
+    [[nodiscard]] bool isTaken(double position) const {
+        constexpr double tolerance = 1e-9;
+        const auto above = taken_.lower_bound(position);
+        return (above != taken_.end() && *above - position < tolerance) ||
+               (above != taken_.begin() && position - *std::prev(above) < tolerance);
+    }
+
+    Stretch stretch_;
+    std::set<double> taken_;
+    std::vector<Candidate> candidates_;
+};
+
+std::optional<double> nearest(double position, CandidateOrigin origin, std::span<const Candidate> candidates,
+                              const Reach& reach) {
+    std::optional<double> best;
+    double bestDistance = reach.thresholdInPoints;
+    for (const Candidate& candidate : candidates) {
+        const double distance = reach.extentInPoints * std::abs(candidate.position - position);
+        if (candidate.origin == origin && distance < bestDistance) {
+            best = candidate.position;
+            bestDistance = distance;
+        }
+    }
+    return best;
+}
+
+} // namespace
+
+std::vector<Candidate> candidates(const NodePath& path, const LayoutNode& root, const NormRect& displayFrame,
+                                  Axis axis) {
+    const std::optional<NormRect> region = regionOf(path, root, displayFrame);
+    if (!region || !(along(axis, *region).extent > 0)) {
+        return {};
+    }
+    Collector collector(along(axis, *region));
+    for (const EditBoundary& boundary : ZoneEditing::boundaries(root, displayFrame)) {
+        if (boundary.axis == axis && boundary.path != path) {
+            collector.add(boundary.displayPosition(), CandidateOrigin::boundary);
+        }
+    }
+    for (const double fraction : displayFractions) {
+        collector.add(fraction, CandidateOrigin::fraction);
+    }
+    return std::move(collector).candidates();
+}
+
+double resolve(double position, std::span<const Candidate> candidates, const Reach& reach) {
+    const auto boundary = nearest(position, CandidateOrigin::boundary, candidates, reach);
+    const auto fraction = nearest(position, CandidateOrigin::fraction, candidates, reach);
+    return boundary.value_or(fraction.value_or(position));
+}
+
+} // namespace karto::Snapping

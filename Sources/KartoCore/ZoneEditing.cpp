@@ -1,0 +1,145 @@
+#include "KartoCore/ZoneEditing.h"
+
+#include "KartoCore/LayoutTreeEditing.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+
+namespace karto {
+
+double EditBoundary::displayPosition() const {
+    const Stretch divided = along(axis, region);
+    return divided.start + divided.extent * at;
+}
+
+namespace ZoneEditing {
+
+namespace {
+
+// The middle of the readout keeps this far from the pointer and from the display's edges.
+constexpr double readoutLift = 34;
+constexpr double readoutSideMargin = 90;
+constexpr double readoutTopMargin = 24;
+
+void listBoundaries(const LayoutNode& node, const NormRect& region, NodePath& path,
+                    std::vector<EditBoundary>& boundaries) {
+    const Split* split = node.split();
+    if (split == nullptr) {
+        return;
+    }
+    boundaries.push_back({.path = path, .axis = split->axis, .region = region, .at = split->at});
+    for (const Branch branch : {Branch::first, Branch::second}) {
+        path.branches.push_back(branch);
+        listBoundaries(split->child(branch), split->childRegion(branch, region), path, boundaries);
+        path.branches.pop_back();
+    }
+}
+
+Rect inPoints(const NormRect& rect, const Size& displaySize) {
+    return rect.pixelRect({.x = 0, .y = 0, .width = displaySize.width, .height = displaySize.height});
+}
+
+// The side of the display along which a boundary of that axis moves.
+double displayLength(Axis axis, const Size& displaySize) {
+    return axis == Axis::vertical ? displaySize.width : displaySize.height;
+}
+
+double coordinate(Axis axis, Point point) { return axis == Axis::vertical ? point.x : point.y; }
+
+double distance(Point point, const EditBoundary& boundary, const Size& displaySize) {
+    const double line = displayLength(boundary.axis, displaySize) * boundary.displayPosition();
+    return std::abs(line - coordinate(boundary.axis, point));
+}
+
+// All four edges belong to the rectangle.
+bool holds(const Rect& rect, Point point) {
+    return rect.x <= point.x && point.x <= rect.maxX() && rect.y <= point.y && point.y <= rect.maxY();
+}
+
+} // namespace
+
+std::vector<EditBoundary> boundaries(const LayoutNode& root, const NormRect& frame) {
+    std::vector<EditBoundary> boundaries;
+    NodePath path;
+    listBoundaries(root, frame, path, boundaries);
+    return boundaries;
+}
+
+Rect grabStrip(const EditBoundary& boundary, const Size& displaySize) {
+    Rect strip = inPoints(boundary.region, displaySize);
+    const double line = displayLength(boundary.axis, displaySize) * boundary.displayPosition();
+    switch (boundary.axis) {
+    case Axis::vertical:
+        strip.x = line - grabWidthInPoints / 2;
+        strip.width = grabWidthInPoints;
+        break;
+    case Axis::horizontal:
+        strip.y = line - grabWidthInPoints / 2;
+        strip.height = grabWidthInPoints;
+        break;
+    }
+    return strip;
+}
+
+std::optional<EditBoundary> boundary(Point point, const LayoutNode& root, const Size& displaySize) {
+    std::vector<EditBoundary> grabbed = boundaries(root, NormRect::full());
+    std::erase_if(grabbed,
+                  [&](const EditBoundary& each) { return !grabStrip(each, displaySize).contains(point); });
+    const auto nearest = std::ranges::min_element(
+        grabbed, {}, [&](const EditBoundary& each) { return distance(point, each, displaySize); });
+    return nearest != grabbed.end() ? std::optional(*nearest) : std::nullopt;
+}
+
+std::optional<TreeZone> zone(Point point, const LayoutNode& root, const Size& displaySize) {
+    const std::vector<TreeZone> zones = root.zones(NormRect::full());
+    const auto found = std::ranges::find_if(
+        zones, [&](const TreeZone& each) { return holds(inPoints(each.rect, displaySize), point); });
+    return found != zones.end() ? std::optional(*found) : std::nullopt;
+}
+
+double position(Point point, const EditBoundary& boundary, const Size& displaySize) {
+    const Stretch divided = along(boundary.axis, boundary.region);
+    const double length = displayLength(boundary.axis, displaySize);
+    if (!(divided.extent > 0 && length > 0)) {
+        return boundary.at;
+    }
+    return (coordinate(boundary.axis, point) / length - divided.start) / divided.extent;
+}
+
+double settle(double value, const EditBoundary& boundary, const LayoutNode& root, const Size& displaySize,
+              Snapping::Mode snapping) {
+    if (snapping == Snapping::Mode::off) {
+        return LayoutTreeEditing::clampedPosition(value);
+    }
+    const auto candidates = Snapping::candidates(boundary.path, root, NormRect::full(), boundary.axis);
+    const double extent =
+        along(boundary.axis, boundary.region).extent * displayLength(boundary.axis, displaySize);
+    return LayoutTreeEditing::clampedPosition(Snapping::resolve(
+        value, candidates, {.extentInPoints = extent, .thresholdInPoints = snapThresholdInPoints}));
+}
+
+std::string readout(const EditBoundary& boundary, const Size& displaySize) {
+    const double position = boundary.displayPosition();
+    return fmt::format("{}% · {} pt", std::lround(position * 100),
+                       std::lround(position * displayLength(boundary.axis, displaySize)));
+}
+
+Point readoutPoint(std::optional<Point> pointer, const EditBoundary& boundary, const Size& displaySize) {
+    const Point anchor = pointer.value_or(grabStrip(boundary, displaySize).center());
+    // On a display too small for both margins the right and the bottom one hold.
+    return {.x = std::min(displaySize.width - readoutSideMargin, std::max(readoutSideMargin, anchor.x)),
+            .y = std::min(displaySize.height - readoutTopMargin,
+                          std::max(readoutTopMargin, anchor.y - readoutLift))};
+}
+
+bool fitsButtons(const NormRect& rect, const Size& displaySize) {
+    const Rect zone = inPoints(rect, displaySize);
+    return zone.width >= buttonClusterSize.width + 2 * buttonMargin &&
+           zone.height >= buttonClusterSize.height + 2 * buttonMargin;
+}
+
+} // namespace ZoneEditing
+
+} // namespace karto
