@@ -4,9 +4,8 @@
 
 #include <array>
 #include <cmath>
-#include <iterator>
 #include <optional>
-#include <set>
+#include <unordered_map>
 #include <utility>
 
 namespace karto::Snapping {
@@ -36,8 +35,7 @@ public:
 
     void add(double displayPosition, CandidateOrigin origin) {
         const double local = (displayPosition - stretch_.start) / stretch_.extent;
-        if (0 <= local && local <= 1 && !isTaken(local)) {
-            taken_.insert(local);
+        if (0 <= local && local <= 1 && take(local)) {
             candidates_.push_back({.position = local, .origin = origin});
         }
     }
@@ -45,16 +43,25 @@ public:
     std::vector<Candidate> candidates() && { return std::move(candidates_); }
 
 private:
-    [[nodiscard]] bool isTaken(double position) const {
-        constexpr double tolerance = 1e-9;
-        const auto above = taken_.lower_bound(position);
-        return (above != taken_.end() && *above - position < tolerance) ||
-               (above != taken_.begin() && position - *std::prev(above) < tolerance);
+    static constexpr double tolerance = 1e-9;
+
+    // False when a place within the tolerance is taken.
+    bool take(double position) {
+        const std::int64_t cell = std::llround(position / tolerance);
+        for (const std::int64_t near : {cell - 1, cell, cell + 1}) {
+            const auto taken = taken_.find(near);
+            if (taken != taken_.end() && std::abs(taken->second - position) < tolerance) {
+                return false;
+            }
+        }
+        taken_.emplace(cell, position);
+        return true;
     }
 
     Stretch stretch_;
-    std::set<double> taken_;
     std::vector<Candidate> candidates_;
+    // By cells as wide as the tolerance, so that thousands of candidates are not compared with one another.
+    std::unordered_map<std::int64_t, double> taken_;
 };
 
 std::optional<double> nearest(double position, CandidateOrigin origin, std::span<const Candidate> candidates,
@@ -80,11 +87,11 @@ std::vector<Candidate> candidates(const NodePath& path, const LayoutNode& root, 
         return {};
     }
     Collector collector(along(axis, *region));
-    for (const EditBoundary& boundary : ZoneEditing::boundaries(root, displayFrame)) {
+    ZoneEditing::visitBoundaries(root, displayFrame, [&](const EditBoundary& boundary) {
         if (boundary.axis == axis && boundary.path != path) {
             collector.add(boundary.displayPosition(), CandidateOrigin::boundary);
         }
-    }
+    });
     for (const double fraction : displayFractions) {
         collector.add(fraction, CandidateOrigin::fraction);
     }

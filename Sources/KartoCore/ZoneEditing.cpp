@@ -23,17 +23,22 @@ constexpr double readoutLift = 34;
 constexpr double readoutSideMargin = 90;
 constexpr double readoutTopMargin = 24;
 
-void listBoundaries(const LayoutNode& node, const NormRect& region, NodePath& path,
-                    std::vector<EditBoundary>& boundaries) {
+using Visit = std::function<void(const EditBoundary&)>;
+
+// `boundary` holds the path to the node, which is the same again afterwards; all visits share it.
+void visitSplits(const LayoutNode& node, const NormRect& region, EditBoundary& boundary, const Visit& visit) {
     const Split* split = node.split();
     if (split == nullptr) {
         return;
     }
-    boundaries.push_back({.path = path, .axis = split->axis, .region = region, .at = split->at});
+    boundary.axis = split->axis;
+    boundary.region = region;
+    boundary.at = split->at;
+    visit(boundary);
     for (const Branch branch : {Branch::first, Branch::second}) {
-        path.branches.push_back(branch);
-        listBoundaries(split->child(branch), split->childRegion(branch, region), path, boundaries);
-        path.branches.pop_back();
+        boundary.path.branches.push_back(branch);
+        visitSplits(split->child(branch), split->childRegion(branch, region), boundary, visit);
+        boundary.path.branches.pop_back();
     }
 }
 
@@ -62,9 +67,13 @@ bool holds(const Rect& rect, Point point) {
 
 std::vector<EditBoundary> boundaries(const LayoutNode& root, const NormRect& frame) {
     std::vector<EditBoundary> boundaries;
-    NodePath path;
-    listBoundaries(root, frame, path, boundaries);
+    visitBoundaries(root, frame, [&](const EditBoundary& each) { boundaries.push_back(each); });
     return boundaries;
+}
+
+void visitBoundaries(const LayoutNode& root, const NormRect& frame, const Visit& visit) {
+    EditBoundary visited;
+    visitSplits(root, frame, visited, visit);
 }
 
 Rect grabStrip(const EditBoundary& boundary, const Size& displaySize) {
@@ -84,12 +93,14 @@ Rect grabStrip(const EditBoundary& boundary, const Size& displaySize) {
 }
 
 std::optional<EditBoundary> boundary(Point point, const LayoutNode& root, const Size& displaySize) {
-    std::vector<EditBoundary> grabbed = boundaries(root, NormRect::full());
-    std::erase_if(grabbed,
-                  [&](const EditBoundary& each) { return !grabStrip(each, displaySize).contains(point); });
-    const auto nearest = std::ranges::min_element(
-        grabbed, {}, [&](const EditBoundary& each) { return distance(point, each, displaySize); });
-    return nearest != grabbed.end() ? std::optional(*nearest) : std::nullopt;
+    std::optional<EditBoundary> nearest;
+    visitBoundaries(root, NormRect::full(), [&](const EditBoundary& each) {
+        if (grabStrip(each, displaySize).contains(point) &&
+            (!nearest || distance(point, each, displaySize) < distance(point, *nearest, displaySize))) {
+            nearest = each;
+        }
+    });
+    return nearest;
 }
 
 std::optional<TreeZone> zone(Point point, const LayoutNode& root, const Size& displaySize) {

@@ -7,6 +7,7 @@
 #include "KartoCore/LayoutTree.h"
 #include "KartoCore/Snapping.h"
 
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -43,6 +44,9 @@ inline constexpr Size buttonClusterSize{.width = 3 * buttonSide + 2 * buttonSpac
 
 // Every split, outer before inner, first before second. frame: the whole tree's region.
 std::vector<EditBoundary> boundaries(const LayoutNode& root, const NormRect& frame);
+// The same one by one, each for the time of its visit: for what runs with every movement of the pointer.
+void visitBoundaries(const LayoutNode& root, const NormRect& frame,
+                     const std::function<void(const EditBoundary&)>& visit);
 
 Rect grabStrip(const EditBoundary& boundary, const Size& displaySize);
 
