@@ -13,8 +13,6 @@ namespace {
 using enum Branch;
 using testing::columns, testing::rows, testing::zone;
 
-constexpr Rect unit{.x = 0, .y = 0, .width = 1, .height = 1};
-
 TEST(LayoutTree, zonesAreListedLeftBeforeRightAndTopBeforeBottom) {
     const LayoutNode tree = columns(0.5, zone(), rows(0.25, zone(7), zone()));
     const std::vector<TreeZone> expected{
@@ -26,15 +24,7 @@ TEST(LayoutTree, zonesAreListedLeftBeforeRightAndTopBeforeBottom) {
 }
 
 RC_GTEST_PROP(LayoutTree, zonesTileTheDisplay, ()) {
-    double area = 0;
-    std::vector<Rect> rects;
-    for (const TreeZone& zone : (*testing::trees()).zones(NormRect::full())) {
-        const Rect rect = zone.rect.pixelRect(unit);
-        area += rect.area();
-        RC_ASSERT(!Membership::holder(rect, rects));
-        rects.push_back(rect);
-    }
-    RC_ASSERT(area == 1);
+    RC_ASSERT(testing::tileTheDisplay((*testing::trees()).zones(NormRect::full())));
 }
 
 RC_GTEST_PROP(LayoutTree, anEditChangesItsLeafAloneAndSharesTheRest, ()) {
@@ -50,12 +40,7 @@ RC_GTEST_PROP(LayoutTree, anEditChangesItsLeafAloneAndSharesTheRest, ()) {
     after[edited].leaf.pinnedOrder = 99;
     RC_ASSERT(result.zones(NormRect::full()) == after);
     RC_ASSERT(result != tree);
-    for (auto above = path.parent(); above; above = above->parent()) {
-        const Branch untouched = path.branches[above->branches.size()] == first ? second : first;
-        const NodePath sibling = above->appending(untouched);
-        RC_ASSERT(result.node(sibling).transform(&LayoutNode::split) ==
-                  tree.node(sibling).transform(&LayoutNode::split));
-    }
+    RC_ASSERT(testing::shareAllBeside(path, tree, result));
 }
 
 TEST(LayoutTree, aPathThatEndsOnNoLeafChangesNothing) {

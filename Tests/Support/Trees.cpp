@@ -1,6 +1,7 @@
 #include "Support/Trees.h"
 
 #include "KartoCore/Config.h"
+#include "KartoCore/Membership.h"
 
 #include <utility>
 
@@ -54,6 +55,32 @@ DisplayLayout landscape(std::string name, LayoutNode root) {
 
 DisplayLayout portrait(std::string name, LayoutNode root) {
     return {.name = std::move(name), .orientation = Orientation::portrait, .root = std::move(root)};
+}
+
+bool tileTheDisplay(std::span<const TreeZone> zones) {
+    double area = 0;
+    std::vector<Rect> rects;
+    for (const TreeZone& zone : zones) {
+        const Rect rect = zone.rect.pixelRect(rectAt(0, 0, 1, 1));
+        if (Membership::holder(rect, rects)) {
+            return false;
+        }
+        area += rect.area();
+        rects.push_back(rect);
+    }
+    return area == 1;
+}
+
+bool shareAllBeside(const NodePath& path, const LayoutNode& one, const LayoutNode& other) {
+    for (auto above = path.parent(); above; above = above->parent()) {
+        const Branch taken = path.branches[above->branches.size()];
+        const NodePath beside = above->appending(taken == Branch::first ? Branch::second : Branch::first);
+        if (one.node(beside).transform(&LayoutNode::split) !=
+            other.node(beside).transform(&LayoutNode::split)) {
+            return false;
+        }
+    }
+    return true;
 }
 
 std::vector<ResolvedZone> ringOf(std::span<const DisplayLayout> layouts,

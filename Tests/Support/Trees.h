@@ -37,6 +37,11 @@ LayoutNode equalColumns(int count, const LayoutNode& part);
 DisplayLayout landscape(std::string name, LayoutNode root);
 DisplayLayout portrait(std::string name, LayoutNode root);
 
+// True when the zones cover the unit square without overlapping. For edges at eighths, which add up exactly.
+bool tileTheDisplay(std::span<const TreeZone> zones);
+// True when the trees share every subtree that branches off the path.
+bool shareAllBeside(const NodePath& path, const LayoutNode& one, const LayoutNode& other);
+
 std::vector<ResolvedZone> ringOf(std::span<const DisplayLayout> layouts,
                                  std::span<const DisplayInfo> displays);
 // The ring of one landscape display.
