@@ -1,7 +1,7 @@
 #!/usr/bin/env bash
-# Installs the Debian packages that Karto needs: "build" for building and running it, "test" for the private
-# desktops, the tests and the checks as well, "bench" for building it and the benchmarks. Does nothing when all of
-# them are there.
+# Installs the Debian packages that Karto needs: "build" for building and running it, "bundle" for its own package,
+# "test" for the private desktops, the tests and the checks as well, "bench" for building it and the benchmarks.
+# Does nothing when all of them are there.
 set -euo pipefail
 
 build_packages=(
@@ -9,12 +9,14 @@ build_packages=(
     libxcb1-dev libxcb-randr0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-res0-dev libxcb-icccm4-dev
     libxcb-render0-dev libxcb-shape0-dev libxcb-xfixes0-dev x11proto-dev libtomlplusplus-dev libfmt-dev libutf8proc-dev
 )
+bundle_packages=(dpkg-dev file)
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev librapidcheck-dev libxcb-xtest0-dev
     xvfb xserver-xorg-core xserver-xorg-video-dummy openbox xfwm4 metacity picom trayer
     xterm x11-apps x11-utils x11-xkb-utils x11-xserver-utils xdotool imagemagick dbus-daemon dbus-x11
     python3-gi gir1.2-gtk-3.0 libgl1-mesa-dri fonts-dejavu-core fonts-quicksand qt6-qpa-plugins
     clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
+    fakeroot lintian desktop-file-utils appstream
 )
 bench_packages=(
     libbenchmark-dev libxcb-composite0-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon fonts-dejavu-core sxhkd wmctrl
@@ -22,10 +24,11 @@ bench_packages=(
 
 case "${1:-test}" in
     build) wanted=("${build_packages[@]}") ;;
-    test) wanted=("${build_packages[@]}" "${test_packages[@]}") ;;
+    bundle) wanted=("${build_packages[@]}" "${bundle_packages[@]}") ;;
+    test) wanted=("${build_packages[@]}" "${bundle_packages[@]}" "${test_packages[@]}") ;;
     bench) wanted=("${build_packages[@]}" "${bench_packages[@]}") ;;
     *)
-        echo "usage: scripts/install-packages.sh [build|test|bench]" >&2
+        echo "usage: scripts/install-packages.sh [build|bundle|test|bench]" >&2
         exit 2
         ;;
 esac

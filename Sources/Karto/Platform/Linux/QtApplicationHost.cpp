@@ -62,6 +62,7 @@ QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
     QApplication::setDesktopFileName("karto");
     QApplication::setQuitOnLastWindowClosed(false);
     fallBackToInstalledIconTheme();
+    QApplication::setWindowIcon(QIcon::fromTheme("karto"));
 }
 
 QtApplicationHost::LastDeletions::~LastDeletions() {
