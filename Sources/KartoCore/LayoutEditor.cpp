@@ -107,11 +107,14 @@ void LayoutEditor::setCommandKey(const CommandKey& key, const KartoCommand& comm
 }
 
 void LayoutEditor::resetCommandKey(const KartoCommand& command) {
-    if (!config_.hasCommandKeyOverride(command)) {
+    const auto name = command.configName();
+    if (!name || !config_.hotkeys || !config_.hotkeys->keys) {
         return;
     }
     auto& keys = config_.hotkeys->keys;
-    keys->erase(std::string(*command.configName()));
+    if (keys->erase(std::string(*name)) == 0) {
+        return;
+    }
     if (keys->empty()) {
         keys.reset();
     }
