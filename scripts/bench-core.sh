@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# The cost of Karto's planners and of saving and reloading its configuration, from 10 to 10,000 zones, with fitted growth.
+# The cost of Karto's planners, of editing zones and of saving and reloading its configuration, from 10 to 10,000 zones, with fitted growth.
 # Installs what is missing and builds; arguments go to Google Benchmark.
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
