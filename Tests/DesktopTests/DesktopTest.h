@@ -87,7 +87,7 @@ protected:
     }
 
     ::testing::AssertionResult takes(const Application& window, const Rect& wanted) {
-        const bool fitted = eventually([&] { return fits(window.frame(), wanted); }, 2s);
+        const bool fitted = eventually([&] { return fits(window.frame(), wanted); });
         return fitted ? ::testing::AssertionSuccess() : mismatch(window, wanted);
     }
 

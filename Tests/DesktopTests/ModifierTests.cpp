@@ -22,6 +22,7 @@ TEST_F(ModifierTest, theHeldSetIsRightAfterAGrabOfTheServerAndANewKeymap) {
     };
     xcb_grab_server(server());
     keys.holdHyper();
+    desktop.x().settle();
     modifiers.held();
     xcb_ungrab_server(server());
     desktop.x().flush();

@@ -250,7 +250,7 @@ TEST_F(TwinsTest, displaysThatShareANameHaveAnOverlayEach) {
         GTEST_SKIP() << "the monitors of this server cannot share a name";
     }
     panel.signal(SIGKILL);
-    panel.waitForExit();
+    require("the panel to go", [&] { return !desktop.x().clientNamed("panel"); });
     startKarto();
     EXPECT_TRUE(showsWhileHeld({zone::studio, {.x = 1280, .y = 0, .width = 600, .height = 500}}, "twins"));
 }

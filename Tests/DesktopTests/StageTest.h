@@ -1,6 +1,7 @@
 #pragma once
 // The stage of borderless windows in the test's own process, on a private desktop with a window manager. Its
-// events and timers run while the test waits for something.
+// events and timers run while the test waits for something. The stage and the test have connections of their
+// own: what one asks for, the other sees once it has settled.
 
 #include "Support/Application.h"
 #include "Support/ManualScheduler.h"
@@ -55,7 +56,7 @@ protected:
 
     // False when the condition does not come to hold in time.
     template<typename Condition>
-    bool reaches(Condition condition, std::chrono::milliseconds timeout = 3s) {
+    bool reaches(Condition condition, std::chrono::milliseconds timeout = patience) {
         const auto end = std::chrono::steady_clock::now() + timeout;
         while (!condition()) {
             const auto start = std::chrono::steady_clock::now();
@@ -67,6 +68,18 @@ protected:
                 std::chrono::ceil<std::chrono::milliseconds>(std::chrono::steady_clock::now() - start));
         }
         return true;
+    }
+
+    // Returns once the server has carried out what the stage asked for, and told of it.
+    void settle() {
+        const auto mark = xcb_get_input_focus(connection->get());
+        const auto deadline = x11::deadlineFromNow(patience);
+        ASSERT_TRUE(connection->await<xcb_get_input_focus_reply_t>(mark, deadline));
+    }
+
+    void present() {
+        stage->present();
+        settle();
     }
 
     std::unique_ptr<BorderlessWindow> createWindow(const Rect& frame, std::uint32_t pixel) {

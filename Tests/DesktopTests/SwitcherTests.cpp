@@ -125,7 +125,7 @@ TEST_F(SwitcherTest, cancellingAndClosedWindowsRaiseNothing) {
     keys.tap("TAB");
     EXPECT_TRUE(showsPanel(panelOf(2)));
     windows[0].process().signal(SIGKILL);
-    windows[0].process().waitForExit();
+    require("the window to go", [&] { return windows[0].frame().isNull(); });
     keys.releaseHyper();
     EXPECT_TRUE(karto->log().next("switcher: the selected window did not answer, nothing raised"));
     keys.holdHyper();

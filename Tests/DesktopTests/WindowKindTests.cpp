@@ -24,7 +24,27 @@ Application open(PrivateDesktop& desktop, const Kind& kind) {
 
 } // namespace
 
-using WindowKindTest = ManagerTest;
+class WindowKindTest : public ManagerTest {
+protected:
+    // As it is before a command.
+    void putBack(const Kind& kind, const Application& window, const Rect& frame) {
+        const XClient& x = desktop.x();
+        if (kind.name == "maximized") {
+            x.maximize(window.window());
+            require("a maximized window", [&] {
+                return fits(window.frame(), zone::studio) &&
+                       x.hasState(window.window(), "_NET_WM_STATE_MAXIMIZED_VERT");
+            });
+        } else if (!fits(window.frame(), frame)) {
+            x.place(window.window(), frame);
+            require("the window at its old place", [&] { return fits(window.frame(), frame); });
+        }
+    }
+
+    // The program gives a window that does not do as it is told at least so long.
+    static constexpr std::chrono::milliseconds shortestPatience{220};
+};
+
 INSTANTIATE_TEST_SUITE_P(On, WindowKindTest, onEveryManager, managerName);
 
 TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenItCannot) {
@@ -45,20 +65,23 @@ TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenI
     for (const Kind& kind : kinds) {
         SCOPED_TRACE(kind.name);
         const Application window = open(desktop, kind);
-        if (kind.name == "maximized") {
-            desktop.x().maximize(window.window());
-            require("a maximized window", [&] { return fits(window.frame(), zone::studio); });
-        }
         const Rect before = window.frame();
-        const std::string line = press("AE01", "moveToZone(1)");
+        std::string line;
+        // What a busy machine gave no time for says nothing about the program: asked for again from where it
+        // was.
+        require("an answer before the program gives up", [&] {
+            putBack(kind, window, before);
+            const auto start = std::chrono::steady_clock::now();
+            line = press("AE01", "moveToZone(1)");
+            return std::chrono::steady_clock::now() - start < shortestPatience;
+        });
         const Outcome outcome = Outcome::in(line).value_or(Outcome{});
         if (kind.size == Size::exact) {
             EXPECT_TRUE(takes(window, zone::one));
             EXPECT_TRUE(outcome.accepted) << line;
         }
-        eventually([&] { return fits(window.frame(), outcome.result); }, 1s);
+        EXPECT_TRUE(takes(window, outcome.result)) << "the log tells another frame: " << line;
         const Rect frame = window.frame();
-        EXPECT_TRUE(fits(frame, outcome.result)) << "the log tells another frame: " << line;
         EXPECT_EQ(frame.origin(), zone::one.origin());
         if (kind.size == Size::upToOneStepShort) {
             constexpr double longestStep = 20;
@@ -83,7 +106,10 @@ TEST_P(WindowKindTest, aFullScreenWindowStaysAsItIs) {
     startKarto();
     const Application window = Application::probe(desktop, "plain", "cinema", somewhere);
     desktop.x().makeFullScreen(window.window());
-    require("a full-screen window", [&] { return fits(window.frame(), zone::studio); });
+    require("a full-screen window", [&] {
+        return fits(window.frame(), zone::studio) &&
+               desktop.x().hasState(window.window(), "_NET_WM_STATE_FULLSCREEN");
+    });
     const std::string line = press("AE01", "moveToZone(1)");
     EXPECT_NE(line.find("focused window is fullscreen, ignored"), std::string::npos) << line;
     EXPECT_TRUE(takes(window, zone::studio));

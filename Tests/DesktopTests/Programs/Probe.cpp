@@ -113,8 +113,7 @@ int main(int count, char** values) {
     setSizeHints(x, window, kind, area);
     setKind(x, window, kind, area);
     xcb_map_window(x.connection(), window);
-    // The answer says that the server has seen everything before it.
-    static_cast<void>(x.atom("WM_STATE"));
+    x.settle();
     std::puts("mapped");
     std::fflush(stdout);
     serve(x, kind, area);

@@ -16,8 +16,11 @@ extern const std::string sampleConfiguration;
 
 class LogReader {
 public:
+    // Stands at the end of what is there.
     explicit LogReader(std::filesystem::path path)
-        : path_(std::move(path)) {}
+        : path_(std::move(path)) {
+        rest();
+    }
 
     // The next unread line that holds `text`; the lines before it are passed over. Absent when none comes.
     std::optional<std::string> next(std::string_view text, std::chrono::milliseconds timeout = patience);
@@ -41,7 +44,7 @@ struct Outcome {
 
 class KartoProcess {
 public:
-    // Starts the program; does not wait for it. The log reader stands at the end of what is there.
+    // Starts the program; does not wait for it.
     explicit KartoProcess(PrivateDesktop& desktop, const Environment& changes = {});
 
     // The banner, or throws.

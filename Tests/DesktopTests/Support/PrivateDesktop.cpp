@@ -126,12 +126,13 @@ void PrivateDesktop::startBus() {
 
 bool PrivateDesktop::startServer(const std::vector<std::string>& arguments) {
     server_ = std::make_unique<ChildProcess>(arguments, environment(), folder_ / "server");
-    eventually([this] { return server_->output().ends_with('\n') || !server_->isAlive(); });
-    const std::string number = server_->output();
-    if (!number.ends_with('\n')) {
+    const auto hasStarted = [this] { return server_->output().ends_with('\n'); };
+    // A slow one is no missing one.
+    require("the X server", [&] { return hasStarted() || !server_->isAlive(); });
+    if (!hasStarted()) {
         return false;
     }
-    display_ = fmt::format(":{}", std::stoi(number));
+    display_ = fmt::format(":{}", std::stoi(server_->output()));
     x_ = std::make_unique<XClient>(display_);
     // After the server: what the bus starts wants to find it.
     startBus();
@@ -177,13 +178,17 @@ void PrivateDesktop::nameOutput(const std::string& connectorName, const std::str
                                              XCB_PROP_MODE_REPLACE, edid.size(), edid.data());
         }
     }
-    x_->flush();
+    // The programs that look at it next have connections of their own.
+    x_->settle();
 }
 
 void PrivateDesktop::arrange(const std::vector<std::string>& layout) {
     run(layout);
     // The driver tells which outputs are connected only when it is asked after the change.
     run({"xrandr", "--query"});
+    if (manager_) {
+        require("the window manager to follow", [this] { return x_->managerAnswers(patience); });
+    }
 }
 
 void PrivateDesktop::addMode(const std::string& connectorName, const Rect& area) {

@@ -139,6 +139,16 @@ xcb_window_t XClient::activeWindow() const {
     return items.empty() ? xcb_window_t{XCB_WINDOW_NONE} : items.front();
 }
 
+bool XClient::hasState(xcb_window_t window, const std::string& state) const {
+    const auto states = property(window, "_NET_WM_STATE");
+    return std::ranges::find(states, atom(state)) != states.end();
+}
+
+void XClient::settle() const {
+    const Reply<xcb_get_input_focus_reply_t> answer(
+        xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
+}
+
 void XClient::askManager(xcb_window_t window, const std::string& message,
                          const std::array<std::uint32_t, 5>& items) const {
     xcb_client_message_event_t event{};

@@ -54,6 +54,8 @@ public:
     // A managed window of that process.
     [[nodiscard]] std::optional<xcb_window_t> clientOf(pid_t pid) const;
     [[nodiscard]] xcb_window_t activeWindow() const;
+    // Whether the window's _NET_WM_STATE holds that state.
+    [[nodiscard]] bool hasState(xcb_window_t window, const std::string& state) const;
 
     // The frames of the windows on the screen that no window manager manages, of the program whose WM_CLASS
     // instance is `name`, from left to right.
@@ -71,6 +73,9 @@ public:
     [[nodiscard]] bool managerAnswers(std::chrono::milliseconds timeout) const;
 
     void flush() const { xcb_flush(connection()); }
+
+    // Returns once the server has carried out every request made here.
+    void settle() const;
 
 private:
     struct Disconnect {
