@@ -165,8 +165,12 @@ TEST_F(SwitcherControllerTest, thePanelGrowsWithTheDesktopsScaleAndIsPaintedForA
     advance();
     EXPECT_EQ(stage.windows.front().frame, rectAt(160, 416, 840, 168));
     EXPECT_THAT(stage.shown(), ElementsAre("opaque Editor:a [Editor:b]"));
-    stage.restyle({.isTranslucent = true});
+    stage.restyle({.scale = 1, .isTranslucent = true});
+    EXPECT_EQ(stage.windows.front().frame, rectAt(540, 458, 420, 84));
     EXPECT_THAT(stage.shown(), ElementsAre(" Editor:a [Editor:b]"));
+    switcher.cancel();
+    stage.restyle({.scale = 2});
+    EXPECT_THAT(stage.shown(), IsEmpty());
 }
 
 } // namespace karto::testing

@@ -64,6 +64,11 @@ SwitcherController::SwitcherController(WindowControlling& windows, DisplayProvid
 
 void SwitcherController::start(ModifierWatching& modifiers) {
     modifiers.start(callbacks_.wrap([this](ModifierSet held) { modifiersChanged(held); }));
+    styleChanges_ = panel_.observeStyleChanges(callbacks_.wrap([this] {
+        if (session_) {
+            show(*session_);
+        }
+    }));
 }
 
 void SwitcherController::advance() {
@@ -138,16 +143,18 @@ SwitcherController::beginAround(WindowHandle focused, const Rect& focusedFrame, 
         return std::unexpected(place + ", nothing to cycle");
     }
     auto rows = rowsOf(entries);
-    const auto frame = panelFrame(rows.size(), zone.rect, display->frame, panel_.scale());
     return Beginning{.session = {.entries = std::move(entries),
                                  .rows = std::move(rows),
-                                 .frame = frame,
+                                 .frame = {},
                                  .selected = *selected,
-                                 .combination = combination},
+                                 .combination = combination,
+                                 .zone = zone.rect,
+                                 .display = display->frame},
                      .sentence = fmt::format("{} on \"{}\"", place, display->name)};
 }
 
-void SwitcherController::show(const Session& session) {
+void SwitcherController::show(Session& session) {
+    session.frame = panelFrame(session.rows.size(), session.zone, session.display, panel_.scale());
     panel_.show({.rows = session.rows, .selected = static_cast<int>(session.selected)}, session.frame);
 }
 
