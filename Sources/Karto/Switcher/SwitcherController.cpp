@@ -23,10 +23,9 @@ Rect scaled(const Rect& rect, double factor) {
 }
 
 // The layout counts in points, of which a display of high resolution has fewer than pixels.
-Rect panelFrame(std::size_t rowCount, const Rect& zone, const Rect& display, double scale) {
-    const auto frame = scaled(SwitcherPanelLayout::frame(static_cast<int>(rowCount), scaled(zone, 1 / scale),
-                                                         scaled(display, 1 / scale)),
-                              scale);
+Rect panelFrame(int rowCount, const Rect& zone, const Rect& display, double scale) {
+    const auto frame = scaled(
+        SwitcherPanelLayout::frame(rowCount, scaled(zone, 1 / scale), scaled(display, 1 / scale)), scale);
     // The size alone decides on how many pixels are painted, wherever the panel stands.
     return {.x = std::round(frame.x),
             .y = std::round(frame.y),
@@ -154,8 +153,19 @@ SwitcherController::beginAround(WindowHandle focused, const Rect& focusedFrame, 
 }
 
 void SwitcherController::show(Session& session) {
-    session.frame = panelFrame(session.rows.size(), session.zone, session.display, panel_.scale());
-    panel_.show({.rows = session.rows, .selected = static_cast<int>(session.selected)}, session.frame);
+    const double scale = panel_.scale();
+    const int rowCount = static_cast<int>(session.rows.size());
+    const int selected = static_cast<int>(session.selected);
+    const auto [first, count] = SwitcherPanelLayout::shownRows(rowCount, selected, session.firstRow,
+                                                               scaled(session.display, 1 / scale));
+    session.firstRow = first;
+    session.frame = panelFrame(count, session.zone, session.display, scale);
+    const auto shown = session.rows.begin() + first;
+    panel_.show({.rows = {shown, shown + count},
+                 .selected = selected,
+                 .continuesAbove = first > 0,
+                 .continuesBelow = first + count < rowCount},
+                session.frame);
 }
 
 void SwitcherController::modifiersChanged(ModifierSet held) {

@@ -47,6 +47,8 @@ private:
         // Where the zone and its display are.
         Rect zone;
         Rect display;
+        // The first row that is seen.
+        int firstRow = 0;
     };
 
     struct Beginning {
@@ -59,7 +61,7 @@ private:
     std::expected<Beginning, std::string> begin();
     std::expected<Beginning, std::string> beginAround(WindowHandle focused, const Rect& focusedFrame,
                                                       const KartoConfig& config, ModifierSet combination);
-    // As the desktop's look is now.
+    // As the desktop's look is now, with the selected row among those that are seen.
     void show(Session& session);
     void modifiersChanged(ModifierSet held);
 
