@@ -30,7 +30,7 @@ Registration ModifierEvents::observe(std::function<void(ModifierFlags)> onChange
 }
 
 ModifierFlags ModifierEvents::held() {
-    if (events_ && std::chrono::steady_clock::now() >= nextLook_) {
+    if (events_ && std::chrono::steady_clock::now() >= nextLook_ && connection_.takesRequests()) {
         look();
     }
     return held_;
