@@ -187,7 +187,7 @@ std::optional<Rect> Coordinator::expandDestination(const Rect& frame, WindowHand
         return std::nullopt;
     }
     if (state->size() == 1) {
-        expansionOrigins_[window] = ring[*state->begin()].order;
+        rememberOrigin(window, ring[*state->begin()].order);
     }
     const auto expanded = ZoneSets::expanded(*state, ring);
     return expanded ? ZoneSets::rect(*expanded, ring) : std::nullopt;
@@ -202,12 +202,21 @@ std::optional<Rect> Coordinator::shrinkDestination(const Rect& frame, WindowHand
     return shrunk ? ZoneSets::rect(*shrunk, ring) : std::nullopt;
 }
 
+void Coordinator::rememberOrigin(WindowHandle window, int order) {
+    auto& origin = expansionOrigins_[window];
+    origin.order = order;
+    if (!origin.closing) {
+        origin.closing = windows_.observeClosing(
+            window, callbacks_.wrap([this, window] { expansionOrigins_.erase(window); }));
+    }
+}
+
 std::optional<std::size_t> Coordinator::origin(WindowHandle window, Ring ring) {
     const auto recorded = expansionOrigins_.find(window);
     if (recorded == expansionOrigins_.end()) {
         return std::nullopt;
     }
-    const auto zone = std::ranges::find(ring, recorded->second, &ResolvedZone::order);
+    const auto zone = std::ranges::find(ring, recorded->second.order, &ResolvedZone::order);
     if (zone == ring.end()) {
         expansionOrigins_.erase(recorded);
         return std::nullopt;

@@ -6,6 +6,8 @@
 #include "Karto/Adapters/DisplayProviding.h"
 #include "Karto/Adapters/WindowControlling.h"
 #include "Karto/Log.h"
+#include "Karto/Platform/Registration.h"
+#include "Karto/Platform/WeakCallbacks.h"
 #include "KartoCore/KartoCommand.h"
 #include "KartoCore/ZoneResolver.h"
 
@@ -31,6 +33,14 @@ private:
     // Where a window with that frame goes; absent when there is nowhere.
     using Destination = std::function<std::optional<Rect>(const Rect& frame, WindowHandle window)>;
 
+    // Where a window was when it was first expanded.
+    struct ExpansionOrigin {
+        // The ring number of its zone.
+        int order = 0;
+        // Forgets it with its window.
+        Registration closing;
+    };
+
     void dispatch(const KartoCommand& command, Ring ring, Displays displays, Collisions collisions);
     void move(const KartoCommand& command, const Destination& destination);
     void fillDisplay(Displays displays);
@@ -39,6 +49,7 @@ private:
 
     std::optional<Rect> expandDestination(const Rect& frame, WindowHandle window, Ring ring);
     std::optional<Rect> shrinkDestination(const Rect& frame, WindowHandle window, Ring ring);
+    void rememberOrigin(WindowHandle window, int order);
     // Index of the zone from which the window was expanded; forgotten when the ring has lost it.
     std::optional<std::size_t> origin(WindowHandle window, Ring ring);
 
@@ -46,8 +57,8 @@ private:
     DisplayProviding& displays_;
     const ConfigProviding& config_;
     CheckLog& log_;
-    // Ring number of the zone that a window was in when it was first expanded.
-    std::map<WindowHandle, int> expansionOrigins_;
+    std::map<WindowHandle, ExpansionOrigin> expansionOrigins_;
+    WeakCallbacks callbacks_;
 };
 
 } // namespace karto

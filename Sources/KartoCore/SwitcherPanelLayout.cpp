@@ -23,4 +23,12 @@ Rect frame(int rowCount, const Rect& zone, const Rect& display) {
             .height = panelHeight};
 }
 
+RowRange shownRows(int rowCount, int selected, int first, const Rect& display) {
+    const int room = static_cast<int>((display.height - height(0)) / rowHeight);
+    const int count = std::clamp(room, 1, rowCount);
+    return {.first =
+                std::clamp(first, std::max(selected - count + 1, 0), std::min(selected, rowCount - count)),
+            .count = count};
+}
+
 } // namespace karto::SwitcherPanelLayout

@@ -29,14 +29,16 @@ std::vector<std::size_t> indicesOnDisplayHolding(const Rect& window, std::span<c
 Rect boundingBox(const ZoneSet& set, std::span<const ResolvedZone> ring);
 std::optional<Rect> rect(const ZoneSet& set, std::span<const ResolvedZone> ring);
 
-// The smallest set of zones of one display that contains the set and fills its own bounding box.
+// The smallest set of zones of one display that contains the set's zones there and fills its own bounding
+// box. The display is that of the set's lowest position; a set with no position in the ring stays as it is.
 ZoneSet closure(const ZoneSet& set, std::span<const ResolvedZone> ring);
 
 // The zones that a window occupies; absent when it overlaps none.
 std::optional<ZoneSet> state(const Rect& window, std::span<const ResolvedZone> ring);
 
 // The next larger set: the smallest step, rather in height than in width, rather over low numbers. Absent
-// when the set already covers its display.
+// when the set already covers its display, which is that of its lowest position, or has no position in the
+// ring.
 std::optional<ZoneSet> expanded(const ZoneSet& set, std::span<const ResolvedZone> ring);
 
 // The next smaller set on the way back to `origin` (its lowest numbered zone when origin is absent or not in

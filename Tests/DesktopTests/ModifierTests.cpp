@@ -38,4 +38,20 @@ TEST_F(ModifierTest, theHeldSetIsRightAfterAGrabOfTheServerAndANewKeymap) {
     EXPECT_TRUE(become(0));
 }
 
+TEST_F(ModifierTest, listenersThatLookTogetherAskTheServerOnce) {
+    x11::ModifierEvents modifiers(*connection);
+    const auto requests = [&] { return xcb_no_operation(connection->get()).sequence; };
+    unsigned between = 0;
+    bool areTogether = false;
+    while (!areTogether) {
+        const auto start = std::chrono::steady_clock::now();
+        modifiers.held();
+        const auto first = requests();
+        modifiers.held();
+        between = requests() - first - 1;
+        areTogether = std::chrono::steady_clock::now() - start < 100ms;
+    }
+    EXPECT_EQ(between, 0U);
+}
+
 } // namespace karto::desktop

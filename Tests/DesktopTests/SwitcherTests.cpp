@@ -167,11 +167,18 @@ TEST_F(SwitcherTest, thePanelStaysOnItsDisplay) {
         EXPECT_TRUE(showsPanel({}));
     }
     open(28, somewhere);
+    const Rect full{.x = 366, .y = 1, .width = panelWidth, .height = 34 * 23 + 16};
     keys.holdHyper();
     keys.tap("TAB");
-    EXPECT_TRUE(showsPanel(Rect{.x = 366, .y = 0, .width = panelWidth, .height = 1036}));
+    EXPECT_TRUE(showsPanel(full));
     takePicture("thirty windows");
+    for (int selected = 1; selected < 26; ++selected) {
+        keys.tap("TAB");
+    }
+    EXPECT_TRUE(showsPanel(full));
+    takePicture("the twenty-sixth of thirty windows");
     keys.releaseHyper();
+    EXPECT_TRUE(activates(windows[25]));
 }
 
 class SlimDisplayTest : public SwitcherTest {

@@ -99,6 +99,24 @@ TEST(SwitcherPanelLayout, thePanelIsCentredOnItsZoneAndKeptOnItsDisplay) {
               rectAt(300, 0, 420, 118));
 }
 
+TEST(SwitcherPanelLayout, theRowsShownFitTheDisplayAndMoveNoFurtherThanTheSelectedOneTakes) {
+    const auto shown = [](int selected, int first, double displayHeight, int rowCount = 10) {
+        const auto [from, count] =
+            SwitcherPanelLayout::shownRows(rowCount, selected, first, rectAt(0, 0, 1000, displayHeight));
+        return std::pair(from, count);
+    };
+    EXPECT_EQ(shown(9, 0, 356), std::pair(0, 10));
+    EXPECT_EQ(shown(8, 0, 355), std::pair(0, 9));
+    EXPECT_EQ(shown(9, 0, 355), std::pair(1, 9));
+    EXPECT_EQ(shown(5, 4, 118), std::pair(4, 3));
+    EXPECT_EQ(shown(7, 4, 118), std::pair(5, 3));
+    EXPECT_EQ(shown(0, 7, 118), std::pair(0, 3));
+    // A display that has grown.
+    EXPECT_EQ(shown(8, 7, 186), std::pair(5, 5));
+    EXPECT_EQ(shown(3, 0, 20), std::pair(3, 1));
+    EXPECT_EQ(shown(1, 1, 2000, 2), std::pair(0, 2));
+}
+
 } // namespace
 
 } // namespace karto

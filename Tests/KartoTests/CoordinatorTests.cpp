@@ -182,6 +182,15 @@ TEST_F(CoordinatorTest, anExpansionIsForgottenWithItsDisplay) {
     EXPECT_EQ(frame(), zone4);
 }
 
+TEST_F(CoordinatorTest, aWindowWithTheHandleOfAClosedOneInheritsNoExpansion) {
+    desktop.window(focused).frame = zone3;
+    handle(KartoCommand::expandZone);
+    desktop.close(focused);
+    desktop.reopen(focused, editor, {.frame = rightHalf});
+    handle(KartoCommand::shrinkZone);
+    EXPECT_EQ(frame(), zone2);
+}
+
 TEST_F(CoordinatorTest, tidyDealsTheWindowsOfTheDisplayOutOverItsZones) {
     desktop.connect({mainScreen, sideScreen});
     const auto mail = desktop.launch("Mail");

@@ -33,6 +33,7 @@ Picture describe(const SwitcherPanelView& view, const StageStyle& style) {
         const auto text = row.appName + ":" + row.title.value_or("");
         name += row.id == view.selected ? " [" + text + "]" : " " + text;
     }
+    name = (view.continuesAbove ? "^" : "") + name + (view.continuesBelow ? " v" : "");
     return pictureNamed(name);
 }
 
@@ -165,8 +166,28 @@ TEST_F(SwitcherControllerTest, thePanelGrowsWithTheDesktopsScaleAndIsPaintedForA
     advance();
     EXPECT_EQ(stage.windows.front().frame, rectAt(160, 416, 840, 168));
     EXPECT_THAT(stage.shown(), ElementsAre("opaque Editor:a [Editor:b]"));
-    stage.restyle({.isTranslucent = true});
+    stage.restyle({.scale = 1, .isTranslucent = true});
+    EXPECT_EQ(stage.windows.front().frame, rectAt(540, 458, 420, 84));
     EXPECT_THAT(stage.shown(), ElementsAre(" Editor:a [Editor:b]"));
+    switcher.cancel();
+    stage.restyle({.scale = 2});
+    EXPECT_THAT(stage.shown(), IsEmpty());
+}
+
+TEST_F(SwitcherControllerTest, aPanelThatDoesNotFitScrollsWithTheSelection) {
+    const Rect flat = rectAt(0, 0, 1000, 130);
+    desktop.connected = {{.name = "Main", .frame = flat, .visibleFrame = flat}};
+    for (const auto* const title : {"a", "b", "c", "d", "e"}) {
+        desktop.focus(open(title, rectAt(10, 20, 300, 100)));
+    }
+    advance();
+    EXPECT_EQ(stage.windows.front().frame, rectAt(40, 6, 420, 118));
+    EXPECT_THAT(stage.shown(), ElementsAre(" Editor:e [Editor:d] Editor:c v"));
+    for (const auto* const next : {" Editor:e Editor:d [Editor:c] v", "^ Editor:d Editor:c [Editor:b] v",
+                                   "^ Editor:c Editor:b [Editor:a]", " [Editor:e] Editor:d Editor:c v"}) {
+        advance();
+        EXPECT_THAT(stage.shown(), ElementsAre(next));
+    }
 }
 
 } // namespace karto::testing

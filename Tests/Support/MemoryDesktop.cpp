@@ -14,9 +14,13 @@ std::int32_t MemoryDesktop::launch(std::optional<std::string> name) {
 
 WindowHandle MemoryDesktop::open(std::int32_t pid, MemoryWindow window) {
     const WindowHandle handle{++opened_};
+    reopen(handle, pid, std::move(window));
+    return handle;
+}
+
+void MemoryDesktop::reopen(WindowHandle handle, std::int32_t pid, MemoryWindow window) {
     windows_.emplace(handle, std::move(window));
     application(pid).windows.push_back(handle);
-    return handle;
 }
 
 void MemoryDesktop::close(WindowHandle window) {
@@ -26,6 +30,7 @@ void MemoryDesktop::close(WindowHandle window) {
         application.focusedWindow.reset();
     }
     windows_.erase(window);
+    closingObservers_.notify(window);
 }
 
 void MemoryDesktop::focus(WindowHandle window) {
@@ -164,6 +169,14 @@ void MemoryDesktop::activate(std::int32_t pid) {
     if (find(pid)) {
         frontmost = pid;
     }
+}
+
+Registration MemoryDesktop::observeClosing(WindowHandle window, std::function<void()> onClosed) {
+    return closingObservers_.add([window, onClosed = std::move(onClosed)](WindowHandle closed) {
+        if (closed == window) {
+            onClosed();
+        }
+    });
 }
 
 Registration MemoryDesktop::observeChanges(std::function<void()> onChange) {

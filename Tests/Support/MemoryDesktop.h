@@ -58,6 +58,8 @@ public:
     // comes below the others of its application.
     std::int32_t launch(std::optional<std::string> name);
     WindowHandle open(std::int32_t pid, MemoryWindow window);
+    // The same for a window that gets the handle of one that has closed.
+    void reopen(WindowHandle handle, std::int32_t pid, MemoryWindow window);
     void close(WindowHandle window);
     // Brings the window's application to the front and gives the window its focus.
     void focus(WindowHandle window);
@@ -126,6 +128,7 @@ public:
     std::optional<std::string> title(WindowHandle window) override;
     void raise(WindowHandle window) override;
     void activate(std::int32_t pid) override;
+    Registration observeClosing(WindowHandle window, std::function<void()> onClosed) override;
 
     std::vector<Screen> screens() override { return connected; }
 
@@ -156,6 +159,7 @@ private:
     std::vector<MemoryApplication> applications_;
     std::map<WindowHandle, MemoryWindow> windows_;
     std::uint32_t opened_ = 0;
+    Observers<WindowHandle> closingObservers_;
     Observers<> screenObservers_;
     Observers<std::uint32_t> pressHandlers_;
     Observers<> keyboardObservers_;

@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 namespace karto::testing {
 
 namespace {
@@ -57,6 +59,30 @@ TEST(SwitcherPanelView, theSelectionKeepsWithinThePanelAndPaintsNoRowAgain) {
         const auto selected = composed(first, bounds).pixelColor(5, 25);
         EXPECT_NEAR(selected.alphaF(), isTranslucent ? 0.91 : 1, 0.01);
         EXPECT_NEAR(selected.redF(), isTranslucent ? 0.55 / 0.91 : 0.55 + 0.45 * 0.1, 0.02);
+    }
+}
+
+TEST(SwitcherPanelView, moreRowsAreMarkedInThePaddingAlone) {
+    for (const double scale : {1.0, 1.25, 2.0}) {
+        auto view = panelOf(3);
+        const auto size = boundsOf(SwitcherPainter().paint(view, {.scale = scale})).size();
+        const int padding = qRound(SwitcherPanelLayout::verticalPadding * scale);
+        const auto parts = [&] {
+            const auto image = composed(SwitcherPainter().paint(view, {.scale = scale}), size);
+            return std::array{image.copy(0, 0, size.width(), padding),
+                              image.copy(0, padding, size.width(), size.height() - 2 * padding),
+                              image.copy(0, size.height() - padding, size.width(), padding)};
+        };
+        const auto plain = parts();
+        view.continuesAbove = true;
+        const auto below = parts();
+        view.continuesBelow = true;
+        const auto within = parts();
+        EXPECT_NE(below[0], plain[0]);
+        EXPECT_EQ(below[2], plain[2]);
+        EXPECT_EQ(within[0], below[0]);
+        EXPECT_NE(within[2], plain[2]);
+        EXPECT_EQ(within[1], plain[1]);
     }
 }
 

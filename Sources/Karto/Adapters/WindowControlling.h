@@ -3,10 +3,12 @@
 // Frames are global points, y down. A read that fails, or takes longer than 0.25 seconds, is absent.
 
 #include "Karto/Platform/Accessibility.h"
+#include "Karto/Platform/Registration.h"
 #include "KartoCore/Geometry.h"
 
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <span>
@@ -46,6 +48,9 @@ public:
                                                 std::span<const Rect> displayFrames) = 0;
     // Brings the window to the front and its application with it.
     virtual void raise(const WindowSnapshot& window) = 0;
+    // Calls back when the window is gone for good: its handle may denote another one from then on.
+    [[nodiscard]] virtual Registration observeClosing(WindowHandle window,
+                                                      std::function<void()> onClosed) = 0;
 };
 
 } // namespace karto

@@ -92,6 +92,10 @@ void WindowService::raise(const WindowSnapshot& window) {
     accessibility_.activate(window.pid);
 }
 
+Registration WindowService::observeClosing(WindowHandle window, std::function<void()> onClosed) {
+    return accessibility_.observeClosing(window, std::move(onClosed));
+}
+
 std::vector<Application> WindowService::regularApplications() {
     auto applications = accessibility_.runningApplications();
     std::erase_if(applications, [](const Application& application) { return !application.isRegular; });

@@ -26,6 +26,7 @@ public:
     std::vector<WindowSnapshot> windows(std::size_t displayIndex,
                                         std::span<const Rect> displayFrames) override;
     void raise(const WindowSnapshot& window) override;
+    Registration observeClosing(WindowHandle window, std::function<void()> onClosed) override;
 
 private:
     // Regular applications, the frontmost first.

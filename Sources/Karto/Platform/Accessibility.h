@@ -4,6 +4,7 @@
 // borders, in global points (X pixels), y down. Every call takes 0.25 seconds at most; a read that fails is
 // absent.
 
+#include "Karto/Platform/Registration.h"
 #include "Karto/Platform/WindowHandle.h"
 #include "KartoCore/Geometry.h"
 #include "KartoCore/Picture.h"
@@ -69,6 +70,10 @@ public:
     virtual void raise(WindowHandle window) = 0;
     // Brings the application to the front; nothing when it has gone.
     virtual void activate(std::int32_t pid) = 0;
+
+    // Calls back when the window is gone for good: its handle may denote another one from then on.
+    [[nodiscard]] virtual Registration observeClosing(WindowHandle window,
+                                                      std::function<void()> onClosed) = 0;
 };
 
 } // namespace karto

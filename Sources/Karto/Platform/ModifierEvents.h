@@ -32,7 +32,7 @@ public:
     // Reports the whole set after every change. Empty when the set cannot be watched.
     virtual Registration observe(std::function<void(ModifierFlags)> onChange) = 0;
 
-    // The keys held now.
+    // The keys held now. What has gone unreported counts after a tenth of a second at most.
     virtual ModifierFlags held() = 0;
 };
 

@@ -23,10 +23,9 @@ Rect scaled(const Rect& rect, double factor) {
 }
 
 // The layout counts in points, of which a display of high resolution has fewer than pixels.
-Rect panelFrame(std::size_t rowCount, const Rect& zone, const Rect& display, double scale) {
-    const auto frame = scaled(SwitcherPanelLayout::frame(static_cast<int>(rowCount), scaled(zone, 1 / scale),
-                                                         scaled(display, 1 / scale)),
-                              scale);
+Rect panelFrame(int rowCount, const Rect& zone, const Rect& display, double scale) {
+    const auto frame = scaled(
+        SwitcherPanelLayout::frame(rowCount, scaled(zone, 1 / scale), scaled(display, 1 / scale)), scale);
     // The size alone decides on how many pixels are painted, wherever the panel stands.
     return {.x = std::round(frame.x),
             .y = std::round(frame.y),
@@ -64,6 +63,11 @@ SwitcherController::SwitcherController(WindowControlling& windows, DisplayProvid
 
 void SwitcherController::start(ModifierWatching& modifiers) {
     modifiers.start(callbacks_.wrap([this](ModifierSet held) { modifiersChanged(held); }));
+    styleChanges_ = panel_.observeStyleChanges(callbacks_.wrap([this] {
+        if (session_) {
+            show(*session_);
+        }
+    }));
 }
 
 void SwitcherController::advance() {
@@ -138,17 +142,30 @@ SwitcherController::beginAround(WindowHandle focused, const Rect& focusedFrame, 
         return std::unexpected(place + ", nothing to cycle");
     }
     auto rows = rowsOf(entries);
-    const auto frame = panelFrame(rows.size(), zone.rect, display->frame, panel_.scale());
     return Beginning{.session = {.entries = std::move(entries),
                                  .rows = std::move(rows),
-                                 .frame = frame,
+                                 .frame = {},
                                  .selected = *selected,
-                                 .combination = combination},
+                                 .combination = combination,
+                                 .zone = zone.rect,
+                                 .display = display->frame},
                      .sentence = fmt::format("{} on \"{}\"", place, display->name)};
 }
 
-void SwitcherController::show(const Session& session) {
-    panel_.show({.rows = session.rows, .selected = static_cast<int>(session.selected)}, session.frame);
+void SwitcherController::show(Session& session) {
+    const double scale = panel_.scale();
+    const int rowCount = static_cast<int>(session.rows.size());
+    const int selected = static_cast<int>(session.selected);
+    const auto [first, count] = SwitcherPanelLayout::shownRows(rowCount, selected, session.firstRow,
+                                                               scaled(session.display, 1 / scale));
+    session.firstRow = first;
+    session.frame = panelFrame(count, session.zone, session.display, scale);
+    const auto shown = session.rows.begin() + first;
+    panel_.show({.rows = {shown, shown + count},
+                 .selected = selected,
+                 .continuesAbove = first > 0,
+                 .continuesBelow = first + count < rowCount},
+                session.frame);
 }
 
 void SwitcherController::modifiersChanged(ModifierSet held) {

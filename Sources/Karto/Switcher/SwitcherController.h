@@ -8,6 +8,7 @@
 #include "Karto/Adapters/ModifierWatching.h"
 #include "Karto/Adapters/WindowControlling.h"
 #include "Karto/Log.h"
+#include "Karto/Platform/Registration.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Switcher/SwitcherWindow.h"
 #include "KartoCore/ModifierSet.h"
@@ -38,11 +39,16 @@ private:
     struct Session {
         std::vector<WindowSnapshot> entries;
         std::vector<SwitcherRow> rows;
-        // Global points.
+        // Of the panel, global points.
         Rect frame;
         std::size_t selected = 0;
         // The hyper combination when the gesture began.
         ModifierSet combination;
+        // Where the zone and its display are.
+        Rect zone;
+        Rect display;
+        // The first row that is seen.
+        int firstRow = 0;
     };
 
     struct Beginning {
@@ -55,7 +61,8 @@ private:
     std::expected<Beginning, std::string> begin();
     std::expected<Beginning, std::string> beginAround(WindowHandle focused, const Rect& focusedFrame,
                                                       const KartoConfig& config, ModifierSet combination);
-    void show(const Session& session);
+    // As the desktop's look is now, with the selected row among those that are seen.
+    void show(Session& session);
     void modifiersChanged(ModifierSet held);
 
     WindowControlling& windows_;
@@ -64,6 +71,7 @@ private:
     SwitcherWindow& panel_;
     CheckLog& log_;
     std::optional<Session> session_;
+    Registration styleChanges_;
     WeakCallbacks callbacks_;
 };
 

@@ -11,6 +11,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <cstdint>
 
 namespace karto {
 
@@ -27,6 +28,11 @@ constexpr double iconSize = 20;
 constexpr double textSize = 13;
 constexpr double titleOpacity = 0.7;
 constexpr double selectionOpacity = 0.55;
+// Of the arrow that stands for more rows, in the padding above or below those shown.
+constexpr double arrowWidth = 14;
+constexpr double arrowHeight = 3;
+constexpr double arrowPen = 1.5;
+constexpr double arrowOpacity = 0.6;
 // Of the room for both texts: what the name takes at most from a title that needs it too.
 constexpr double largestNameShare = 0.6;
 
@@ -59,6 +65,28 @@ std::shared_ptr<const Image> selectionImage(const PixelRect& panel, const PixelR
     painter.fillPath(roundedRectangle(QRectF(0, 0, panel.width, panel.height), panelRadius * style.scale),
                      color(style.accent, selectionOpacity));
     return shared(image);
+}
+
+// In the upper padding it points up, in the lower one down.
+enum class Arrow : std::uint8_t { up, down };
+
+PictureTile arrowTile(const PixelRect& panel, Arrow arrow, double scale) {
+    const int height = toPixels(SwitcherPanelLayout::verticalPadding, scale);
+    QImage image = canvas({toPixels(arrowWidth, scale), height});
+    const QRectF area = image.rect();
+    const double reach = (arrow == Arrow::up ? -1 : 1) * arrowHeight * scale / 2;
+    const double side = arrowPen * scale / 2;
+    QPainter painter(&image);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(white(arrowOpacity), arrowPen * scale, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.drawPolyline(QPolygonF{{area.left() + side, area.center().y() - reach},
+                                   {area.center().x(), area.center().y() + reach},
+                                   {area.right() - side, area.center().y() - reach}});
+    return {.image = shared(image),
+            .area = {.x = (panel.width - image.width()) / 2,
+                     .y = arrow == Arrow::up ? 0 : panel.height - height,
+                     .width = image.width(),
+                     .height = height}};
 }
 
 void paintIcon(QPainter& painter, const Image& icon, const QRect& place) {
@@ -129,21 +157,26 @@ Picture SwitcherPainter::paint(const SwitcherPanelView& view, const StageStyle& 
         if (view.rows[i].id == view.selected) {
             picture.tiles.push_back({.image = selectionImage(panel, area, style), .area = area});
         }
-        picture.tiles.push_back({.image = rowImage(i, view.rows[i], style.scale), .area = area});
+        picture.tiles.push_back({.image = rowImage(view.rows[i], area, style.scale), .area = area});
+    }
+    if (view.continuesAbove) {
+        picture.tiles.push_back(arrowTile(panel, Arrow::up, style.scale));
+    }
+    if (view.continuesBelow) {
+        picture.tiles.push_back(arrowTile(panel, Arrow::down, style.scale));
     }
     return picture;
 }
 
-std::shared_ptr<const Image> SwitcherPainter::rowImage(std::size_t index, const SwitcherRow& row,
+std::shared_ptr<const Image> SwitcherPainter::rowImage(const SwitcherRow& row, const PixelRect& area,
                                                        double scale) {
     if (scale != scale_) {
         painted_.clear();
         scale_ = scale;
     }
-    painted_.resize(std::max(painted_.size(), index + 1));
-    auto& [paintedRow, image] = painted_[index];
-    if (!image || paintedRow != row) {
-        const auto area = rowArea(index, scale);
+    auto& [paintedRow, image] = painted_[row.id];
+    // Where a row is a fraction of a pixel high, its places are not all of one height.
+    if (!image || image->height != area.height || paintedRow != row) {
         paintedRow = row;
         image = shared(paintRow(row, {area.width, area.height}, scale));
     }

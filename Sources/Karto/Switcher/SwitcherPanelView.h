@@ -1,9 +1,11 @@
 #pragma once
-// What the switcher panel shows: a row for each window, one of them selected.
+// What the switcher panel shows: a row for each window, or for as many as there is room for, one of them
+// selected.
 
 #include "Karto/Platform/OverlayStage.h"
 #include "KartoCore/Picture.h"
 
+#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -25,18 +27,21 @@ struct SwitcherRow {
 struct SwitcherPanelView {
     std::vector<SwitcherRow> rows;
     int selected = 0;
+    // Whether there are more rows than these, before and after them.
+    bool continuesAbove = false;
+    bool continuesBelow = false;
 
     bool operator==(const SwitcherPanelView&) const = default;
 };
 
-// Keeps the images of the last rows: when the selection moves on, none of them is painted again.
+// Keeps the images of rows: when the selection moves on, no row is painted again.
 class SwitcherPainter {
 public:
     // The size of the picture follows from the number of rows.
     Picture paint(const SwitcherPanelView& view, const StageStyle& style);
 
 private:
-    std::shared_ptr<const Image> rowImage(std::size_t index, const SwitcherRow& row, double scale);
+    std::shared_ptr<const Image> rowImage(const SwitcherRow& row, const PixelRect& area, double scale);
 
     struct PaintedRow {
         SwitcherRow row;
@@ -44,7 +49,8 @@ private:
     };
 
     double scale_ = 0;
-    std::vector<PaintedRow> painted_;
+    // By the identifiers of the rows.
+    std::map<int, PaintedRow> painted_;
 };
 
 } // namespace karto

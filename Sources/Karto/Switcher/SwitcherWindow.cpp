@@ -1,7 +1,5 @@
 #include "Karto/Switcher/SwitcherWindow.h"
 
-#include <utility>
-
 namespace karto {
 
 SwitcherWindow::SwitcherWindow(OverlayStage& stage, PaintSwitcher paint)
@@ -9,29 +7,18 @@ SwitcherWindow::SwitcherWindow(OverlayStage& stage, PaintSwitcher paint)
     , paint_(std::move(paint))
     , window_(stage.createWindow({})) {
     window_->setLevel(StageLevel::panel);
-    styleChanges_ = stage_.observeStyleChanges([this] {
-        if (isShown_) {
-            repaint();
-            stage_.present();
-        }
-    });
 }
 
-void SwitcherWindow::show(SwitcherPanelView view, const Rect& frame) {
-    view_ = std::move(view);
-    isShown_ = true;
-    repaint();
+void SwitcherWindow::show(const SwitcherPanelView& view, const Rect& frame) {
+    window_->setPicture(paint_(view, stage_.style()));
     window_->setFrame(frame);
     window_->orderFront();
     stage_.present();
 }
 
 void SwitcherWindow::orderOut() {
-    isShown_ = false;
     window_->orderOut();
     stage_.present();
 }
-
-void SwitcherWindow::repaint() { window_->setPicture(paint_(view_, stage_.style())); }
 
 } // namespace karto

@@ -7,6 +7,7 @@
 
 #include <functional>
 #include <memory>
+#include <utility>
 
 namespace karto {
 
@@ -19,19 +20,19 @@ public:
     // Pixels to a point of the panel.
     [[nodiscard]] double scale() const { return stage_.style().scale; }
 
+    // Of the scale or of the look: a panel that is shown has to be shown again.
+    [[nodiscard]] Registration observeStyleChanges(std::function<void()> onChange) {
+        return stage_.observeStyleChanges(std::move(onChange));
+    }
+
     // Brings the panel to the front. frame: global points.
-    void show(SwitcherPanelView view, const Rect& frame);
+    void show(const SwitcherPanelView& view, const Rect& frame);
     void orderOut();
 
 private:
-    void repaint();
-
     OverlayStage& stage_;
     PaintSwitcher paint_;
     std::unique_ptr<BorderlessWindow> window_;
-    SwitcherPanelView view_;
-    bool isShown_ = false;
-    Registration styleChanges_;
 };
 
 } // namespace karto

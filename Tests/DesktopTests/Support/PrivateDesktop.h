@@ -6,6 +6,7 @@
 #include "Support/ChildProcess.h"
 #include "Support/XClient.h"
 
+#include <csignal>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -48,6 +49,11 @@ public:
     void killWindowManager() { manager_.reset(); }
 
     void killServer();
+
+    // Until it is thawed, the server does nothing at all.
+    void freezeServer() { server_->signal(SIGSTOP); }
+
+    void thawServer() { server_->signal(SIGCONT); }
 
     [[nodiscard]] ChildProcess start(const std::vector<std::string>& arguments,
                                      const Environment& changes = {});

@@ -1,9 +1,9 @@
 #pragma once
 // Changes of files, from the kernel's inotify. Nothing wakes up while nothing changes.
 
+#include "Karto/Platform/Descriptor.h"
 #include "Karto/Platform/DescriptorWatch.h"
 #include "Karto/Platform/FileWatch.h"
-#include "Karto/Platform/Linux/Descriptor.h"
 
 #include <memory>
 #include <set>

@@ -1,6 +1,6 @@
 #include "Karto/Platform/Linux/PosixFileSystem.h"
 
-#include "Karto/Platform/Linux/Descriptor.h"
+#include "Karto/Platform/Descriptor.h"
 #include "Karto/Platform/Linux/PathWalk.h"
 
 #include <fcntl.h>

@@ -2,7 +2,7 @@
 // The program on a Linux desktop: Qt's application object, its event loop and dialogs.
 
 #include "Karto/Platform/ApplicationHost.h"
-#include "Karto/Platform/Linux/Descriptor.h"
+#include "Karto/Platform/Descriptor.h"
 #include "Karto/Platform/Linux/QtDescriptorWatch.h"
 #include "Karto/Platform/Registration.h"
 

@@ -210,7 +210,7 @@ std::optional<ScreenReading> readScreens(Connection& connection, bool hasRandr) 
     }
     if (!outline->monitors) {
         reading.screens.push_back(
-            {.name = Connection::displayName(),
+            {.name = displayName(),
              .frame = {.width = outline->desktop.width, .height = outline->desktop.height},
              .visibleFrame = {}});
     }

@@ -1,8 +1,16 @@
 #include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
 
+#include <chrono>
 #include <utility>
 
 namespace karto::x11 {
+
+namespace {
+
+// Listeners look at the keys in step with one another: one answer serves them all.
+constexpr std::chrono::milliseconds answerLasts{100};
+
+} // namespace
 
 ModifierEvents::ModifierEvents(Connection& connection)
     : connection_(connection) {
@@ -14,7 +22,7 @@ ModifierEvents::ModifierEvents(Connection& connection)
     xkb->selectHeldModifiers();
     events_ = connection_.observe(
         callbacks_.wrap([this, xkb = *xkb](const xcb_generic_event_t& event) { handle(xkb, event); }));
-    held();
+    look();
 }
 
 Registration ModifierEvents::observe(std::function<void(ModifierFlags)> onChange) {
@@ -22,22 +30,27 @@ Registration ModifierEvents::observe(std::function<void(ModifierFlags)> onChange
 }
 
 ModifierFlags ModifierEvents::held() {
-    if (!events_) {
-        return {};
+    if (events_ && std::chrono::steady_clock::now() >= nextLook_ && connection_.takesRequests()) {
+        look();
     }
+    return held_;
+}
+
+void ModifierEvents::look() {
     const auto request = xcb_xkb_get_state(connection_.get(), coreKeyboard);
     const auto state = connection_.await<xcb_xkb_get_state_reply_t>(request, deadlineFromNow());
     if (state) {
         held_ = flags(unsigned{state->baseMods} | state->latchedMods);
     }
-    return held_;
+    nextLook_ = deadlineFromNow(answerLasts);
 }
 
 void ModifierEvents::handle(const Xkb& xkb, const xcb_generic_event_t& event) {
     if (xkb.isKeyboardChange(event)) {
         masksAreCurrent_ = false;
         const auto before = held_;
-        if (held() != before) {
+        look();
+        if (held_ != before) {
             observers_.notify(held_);
         }
         return;

@@ -21,6 +21,8 @@ public:
 
 private:
     void handle(const Xkb& xkb, const xcb_generic_event_t& event);
+    // Asks the server which keys are held.
+    void look();
     // The program's bits for real modifiers, by the keyboard as it is now.
     ModifierFlags flags(unsigned realModifiers);
 
@@ -28,6 +30,7 @@ private:
     ModifierMasks masks_;
     bool masksAreCurrent_ = false;
     ModifierFlags held_;
+    Deadline nextLook_;
     Observers<ModifierFlags> observers_;
     // Absent without the keyboard extension.
     Registration events_;

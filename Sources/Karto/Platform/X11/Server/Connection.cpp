@@ -2,62 +2,39 @@
 
 #include "Karto/Platform/X11/Server/Extensions.h"
 
-#include <fmt/format.h>
 #include <poll.h>
 #include <xcb/res.h>
 #include <xcb/xcbext.h>
 
 #include <algorithm>
 #include <cerrno>
-#include <cstdlib>
 #include <string_view>
 #include <utility>
 
 namespace karto::x11 {
 
-namespace {
-
-std::string connectionProblem(int error) {
-    const auto display = Connection::displayName();
-    if (display.empty()) {
-        return "no X display is named (DISPLAY is not set)";
+std::expected<std::unique_ptr<Connection>, std::string> Connection::open(std::chrono::milliseconds bound) {
+    auto opened = connectToServer(bound);
+    if (!opened) {
+        return std::unexpected(std::move(opened).error());
     }
-    if (error == XCB_CONN_CLOSED_PARSE_ERR) {
-        return fmt::format("\"{}\" does not name an X display", display);
-    }
-    return fmt::format("the X display \"{}\" cannot be reached", display);
-}
-
-} // namespace
-
-std::expected<std::unique_ptr<Connection>, std::string> Connection::open() {
-    int screenNumber = 0;
-    xcb_connection_t* connection = xcb_connect(nullptr, &screenNumber);
-    if (const int error = xcb_connection_has_error(connection); error != 0) {
-        xcb_disconnect(connection);
-        return std::unexpected(connectionProblem(error));
-    }
-    std::unique_ptr<Connection> result(new Connection(connection, screenNumber));
+    std::unique_ptr<Connection> result(new Connection(*std::move(opened)));
     if (!result->hasAnswered()) {
-        return std::unexpected(fmt::format("the X display \"{}\" does not answer", displayName()));
+        return std::unexpected(sentenceOfSilence());
     }
     return result;
 }
 
-std::string Connection::displayName() {
-    const char* display = std::getenv("DISPLAY"); // NOLINT(concurrency-mt-unsafe)
-    return display == nullptr ? "" : display;
-}
-
-Connection::Connection(xcb_connection_t* connection, int screenNumber)
-    : connection_(connection)
-    , screenNumber_(screenNumber) {
+Connection::Connection(OpenConnection opened)
+    : connection_(std::move(opened.connection))
+    , screenNumber_(opened.screenNumber) {
+    xcb_connection_t* const connection = get();
     // The answers are here before those for the atoms.
     for (xcb_extension_t* extension : extensions) {
         xcb_prefetch_extension_data(connection, extension);
     }
     auto screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (int i = 0; i < screenNumber && screens.rem > 1; ++i) {
+    for (int i = 0; i < screenNumber_ && screens.rem > 1; ++i) {
         xcb_screen_next(&screens);
     }
     screen_ = screens.data;
@@ -87,16 +64,36 @@ void Connection::attach(DescriptorWatch& descriptors, Scheduler& scheduler, std:
     dispatchSoon();
 }
 
-bool Connection::waitReadable(Deadline deadline) const {
+void Connection::flush() {
+    isHeldUp_ = !takesRequests();
+    if (!isHeldUp_) {
+        xcb_flush(get());
+    } else if (scheduler_ != nullptr) {
+        sendingLater_ = scheduler_->after(requestBound, callbacks_.wrap([this] { flush(); }));
+    }
+}
+
+bool Connection::takesRequests() const {
+    // Also when the server is gone, which is for the library to find out. A socket that can be written to has
+    // room for all that the library holds back.
+    pollfd descriptor{.fd = xcb_get_file_descriptor(get()), .events = POLLOUT, .revents = 0};
+    return poll(&descriptor, 1, 0) != 0;
+}
+
+bool Connection::waitReadable(Deadline deadline) {
     while (true) {
         const auto left =
             std::chrono::ceil<std::chrono::milliseconds>(deadline - std::chrono::steady_clock::now());
         if (left.count() <= 0) {
             return false;
         }
-        pollfd descriptor{.fd = xcb_get_file_descriptor(get()), .events = POLLIN, .revents = 0};
+        const short awaited = isHeldUp_ ? POLLIN | POLLOUT : POLLIN;
+        pollfd descriptor{.fd = xcb_get_file_descriptor(get()), .events = awaited, .revents = 0};
         const int ready = poll(&descriptor, 1, static_cast<int>(left.count()));
         if (ready > 0) {
+            if (isHeldUp_) {
+                flush();
+            }
             return true;
         }
         if (ready < 0 && errno != EINTR) {

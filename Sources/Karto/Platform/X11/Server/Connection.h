@@ -9,7 +9,9 @@
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Server/Atoms.h"
+#include "Karto/Platform/X11/Server/Handshake.h"
 #include "Karto/Platform/X11/Server/Reply.h"
+#include "Karto/Platform/X11/Server/ServerSocket.h"
 
 #include <xcb/xcb.h>
 
@@ -29,8 +31,6 @@
 
 namespace karto::x11 {
 
-using Deadline = std::chrono::steady_clock::time_point;
-
 // A request that the server has not answered by then counts as failed.
 inline constexpr std::chrono::milliseconds requestBound{250};
 
@@ -45,10 +45,8 @@ inline Deadline deadlineFromNow(std::chrono::milliseconds bound = requestBound) 
 class Connection {
 public:
     // Connects to the display of the environment. The error is a sentence for a person.
-    static std::expected<std::unique_ptr<Connection>, std::string> open();
-
-    // The display's name in the environment.
-    static std::string displayName();
+    static std::expected<std::unique_ptr<Connection>, std::string>
+    open(std::chrono::milliseconds bound = startBound);
 
     Connection(const Connection&) = delete;
     Connection& operator=(const Connection&) = delete;
@@ -109,20 +107,22 @@ public:
     void tellWindowManager(xcb_window_t window, xcb_atom_t type,
                            const std::array<std::uint32_t, 5>& words) const;
 
-    void flush() const { xcb_flush(get()); }
+    // Sends what was asked for. What a server that takes nothing leaves is sent when it takes something
+    // again; nobody waits for it.
+    void flush();
+
+    // False while a server that has stopped reading has left too much already.
+    [[nodiscard]] bool takesRequests() const;
 
 private:
-    struct Disconnect {
-        void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
-    };
-
-    Connection(xcb_connection_t* connection, int screenNumber);
+    explicit Connection(OpenConnection opened);
 
     // Whether the server has told the atoms, which it is asked for first.
     [[nodiscard]] bool hasAnswered() const { return atoms_.*atomNames.back().first != XCB_ATOM_NONE; }
 
     void* awaitReply(unsigned sequence, Deadline deadline);
-    [[nodiscard]] bool waitReadable(Deadline deadline) const;
+    // Until there is something to read, or maybe so.
+    [[nodiscard]] bool waitReadable(Deadline deadline);
     // Moves what xcb has read already into the line.
     void takeReadEvents();
     void lineUp(xcb_generic_event_t* received);
@@ -145,10 +145,13 @@ private:
     std::map<xcb_window_t, std::map<std::uint64_t, std::uint32_t>> selections_;
     std::uint64_t selected_ = 0;
     bool dispatching_ = false;
+    // Whether something waits for the server to take it.
+    bool isHeldUp_ = false;
     std::function<void()> onBroken_;
     Scheduler* scheduler_ = nullptr;
     Registration readable_;
     Registration soon_;
+    Registration sendingLater_;
     WeakCallbacks callbacks_;
 };
 

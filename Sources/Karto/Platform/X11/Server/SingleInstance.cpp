@@ -1,7 +1,5 @@
 #include "Karto/Platform/X11/Server/SingleInstance.h"
 
-#include <fmt/format.h>
-
 namespace karto::x11 {
 
 namespace {
@@ -30,8 +28,7 @@ std::expected<void, std::string> claimDisplay(Connection& connection) {
     xcb_ungrab_server(connection.get());
     connection.flush();
     if (!owner) {
-        return std::unexpected(
-            fmt::format("the X display \"{}\" does not answer", Connection::displayName()));
+        return std::unexpected(sentenceOfSilence());
     }
     if (!isFree) {
         return std::unexpected("Karto is running on this display already");

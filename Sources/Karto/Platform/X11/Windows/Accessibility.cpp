@@ -235,6 +235,23 @@ void Accessibility::activate(std::int32_t pid) {
     connection_.flush();
 }
 
+Registration Accessibility::observeClosing(WindowHandle window, std::function<void()> onClosed) {
+    struct Watch {
+        Registration selection;
+        Registration events;
+    };
+
+    const auto watch = std::make_shared<Watch>();
+    watch->selection = connection_.select(window.id, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
+    watch->events = connection_.observe([window, onClosed = std::move(onClosed)](const auto& event) {
+        if (eventCode(event) == XCB_DESTROY_NOTIFY &&
+            eventAs<xcb_destroy_notify_event_t>(event).window == window.id) {
+            onClosed();
+        }
+    });
+    return Registration([watch] { *watch = {}; });
+}
+
 std::optional<WindowFacts> Accessibility::facts(xcb_window_t window) {
     const auto deadline = deadlineFromNow();
     std::optional<WindowFacts> found;

@@ -64,6 +64,8 @@ public:
     void raise(WindowHandle window) override;
     void activate(std::int32_t pid) override;
 
+    Registration observeClosing(WindowHandle window, std::function<void()> onClosed) override;
+
 private:
     struct Client {
         xcb_window_t window = XCB_WINDOW_NONE;

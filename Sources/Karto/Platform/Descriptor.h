@@ -34,6 +34,9 @@ public:
 
     [[nodiscard]] int number() const { return number_; }
 
+    // Whoever takes the number closes it.
+    [[nodiscard]] int release() { return std::exchange(number_, -1); }
+
 private:
     int number_;
 };
