@@ -11,7 +11,6 @@ namespace karto::x11 {
 
 namespace {
 
-constexpr std::uint8_t mainButton = 1;
 // A hand trembles while it clicks.
 constexpr double mostTremble = 4;
 
@@ -45,8 +44,39 @@ void BorderlessWindow::setPicture(Picture picture) {
     isPlanned_ = false;
 }
 
+void BorderlessWindow::setCursor(Cursor cursor) {
+    if (cursor == cursor_) {
+        return;
+    }
+    cursor_ = cursor;
+    showCursor();
+    share_.connection.flush();
+}
+
+void BorderlessWindow::showCursor() {
+    if (mouseTaker_) {
+        mouseTaker_->setCursor(share_.cursors.find(cursor_));
+    }
+}
+
+Registration BorderlessWindow::observePointer(std::function<void(const PointerEvent&)> onPointer) {
+    return pointerObservers_->add(std::move(onPointer));
+}
+
+std::optional<Point> BorderlessWindow::pointer() {
+    return mouseTaker_ ? mouseTaker_->pointer() : std::nullopt;
+}
+
 Registration BorderlessWindow::observeClicks(std::function<void(Point)> onClick) {
-    return clicks_->add(std::move(onClick));
+    return observePointer(
+        [pressed = std::optional<Point>(), onClick = std::move(onClick)](const PointerEvent& event) mutable {
+            if (event.action == PointerAction::pressed) {
+                pressed = event.place;
+            } else if (event.action == PointerAction::released && pressed &&
+                       std::hypot(event.place.x - pressed->x, event.place.y - pressed->y) <= mostTremble) {
+                onClick(*pressed);
+            }
+        });
 }
 
 void BorderlessWindow::prepare() {
@@ -77,7 +107,8 @@ void BorderlessWindow::build() {
         isPlanned_ = isShaped_ = false;
     }
     if (takesMouse() && !mouseTaker_) {
-        mouseTaker_ = std::make_unique<StageWindow>(share_.connection, area_);
+        mouseTaker_ = std::make_unique<MouseTaker>(share_.connection, area_);
+        showCursor();
         placed_.reset();
         isShaped_ = false;
     }
@@ -106,8 +137,7 @@ void BorderlessWindow::plan() {
 
 void BorderlessWindow::arrange() {
     if (!takesMouse() && mouseTaker_) {
-        mouseTaker_->hide();
-        pressed_.reset();
+        mouseTaker_->window().hide();
     }
     if (!isMapped() && surface_) {
         surface_->window().hide();
@@ -150,7 +180,7 @@ void BorderlessWindow::applyShape() {
     };
     shape(surface_->window(), share_.isTranslucent ? whole : opaqueArea_);
     if (mouseTaker_) {
-        shape(*mouseTaker_, whole);
+        shape(mouseTaker_->window(), whole);
     }
 }
 
@@ -160,7 +190,7 @@ void BorderlessWindow::show() {
     }
     surface_->show();
     if (takesMouse()) {
-        mouseTaker_->show();
+        mouseTaker_->window().show();
     }
 }
 
@@ -206,11 +236,23 @@ void BorderlessWindow::cutOut(std::vector<PixelRect> areas) {
 void BorderlessWindow::rebuild() { surface_.reset(); }
 
 bool BorderlessWindow::handle(const xcb_generic_event_t& event) {
-    switch (eventCode(event)) {
-    case XCB_EXPOSE: return handleExposure(event);
-    case XCB_BUTTON_PRESS: return handleButton(eventAs<xcb_button_press_event_t>(event), true);
-    case XCB_BUTTON_RELEASE: return handleButton(eventAs<xcb_button_press_event_t>(event), false);
-    default: return false;
+    if (eventCode(event) == XCB_EXPOSE) {
+        return handleExposure(event);
+    }
+    std::vector<PointerEvent> events;
+    if (!mouseTaker_ || !mouseTaker_->handle(event, share_.held, events)) {
+        return false;
+    }
+    tell(events);
+    return true;
+}
+
+void BorderlessWindow::tellMovement() { tell(mouseTaker_->takeMovement()); }
+
+void BorderlessWindow::tell(const std::vector<PointerEvent>& events) {
+    const auto observers = pointerObservers_;
+    for (const auto& event : events) {
+        observers->notify(event);
     }
 }
 
@@ -222,26 +264,6 @@ bool BorderlessWindow::handleExposure(const xcb_generic_event_t& event) {
     // The last one of several speaks for all.
     if (exposure.count == 0 && isPainted_ && surface_->isLost(event)) {
         surface_->paint();
-    }
-    return true;
-}
-
-bool BorderlessWindow::handleButton(const xcb_button_press_event_t& button, bool isPressed) {
-    if (!mouseTaker_ || button.event != mouseTaker_->id()) {
-        return false;
-    }
-    if (button.detail != mainButton) {
-        return true;
-    }
-    const Point point{.x = static_cast<double>(button.event_x), .y = static_cast<double>(button.event_y)};
-    if (isPressed) {
-        pressed_ = point;
-        return true;
-    }
-    const auto pressed = std::exchange(pressed_, std::nullopt);
-    if (pressed && std::hypot(point.x - pressed->x, point.y - pressed->y) <= mostTremble) {
-        const auto clicks = clicks_;
-        clicks->notify(*pressed);
     }
     return true;
 }

@@ -67,7 +67,9 @@ StageWindow::StageWindow(const Connection& connection, const PixelRect& area, co
 StageWindow::StageWindow(const Connection& connection, const PixelRect& area)
     : connection_(connection)
     , id_(xcb_generate_id(connection.get())) {
-    const std::array<std::uint32_t, 2> values{1, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE};
+    const std::array<std::uint32_t, 2> values{
+        1, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION |
+               XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
     const auto place = rectangle(area);
     xcb_create_window(connection.get(), 0, id_, connection.root(), place.x, place.y, place.width,
                       place.height, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,

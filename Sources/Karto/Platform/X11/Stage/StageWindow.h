@@ -15,9 +15,9 @@ namespace karto::x11 {
 
 class StageWindow {
 public:
-    // Shows what is painted on it; clicks go to whatever is below.
+    // Shows what is painted on it; the pointer reaches whatever is below.
     StageWindow(const Connection& connection, const PixelRect& area, const WindowFormat& format);
-    // Shows nothing; takes the clicks.
+    // Shows nothing; hears of the pointer, and of being hidden.
     StageWindow(const Connection& connection, const PixelRect& area);
     StageWindow(const StageWindow&) = delete;
     StageWindow& operator=(const StageWindow&) = delete;
