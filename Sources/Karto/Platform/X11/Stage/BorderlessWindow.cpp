@@ -1,10 +1,12 @@
 #include "Karto/Platform/X11/Stage/BorderlessWindow.h"
 
 #include "Karto/Platform/X11/Stage/PaintPlan.h"
+#include "Karto/Platform/X11/Stage/PictureDamage.h"
 #include "Karto/Platform/X11/Stage/PixelArea.h"
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace karto::x11 {
@@ -35,7 +37,9 @@ void BorderlessWindow::setFrame(const Rect& frame) {
     }
     const bool isResized = area.width != area_.width || area.height != area_.height;
     area_ = area;
+    ++share_.turns;
     isPlanned_ = isPlanned_ && !isResized;
+    isPainted_ = isPainted_ && !isResized;
     isShaped_ = isShaped_ && !isResized && cuts_.empty();
 }
 
@@ -104,7 +108,7 @@ void BorderlessWindow::build() {
     if (!surface_) {
         surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format);
         placed_.reset();
-        isPlanned_ = isShaped_ = false;
+        isPlanned_ = isShaped_ = isPainted_ = false;
     }
     if (takesMouse() && !mouseTaker_) {
         mouseTaker_ = std::make_unique<MouseTaker>(share_.connection, area_);
@@ -127,12 +131,14 @@ void BorderlessWindow::plan() {
         }
     }
     surface_->setPlan(std::move(plan), std::move(images));
-    if (!share_.isTranslucent) {
-        opaqueArea_ = opaqueArea(picture_);
-        isShaped_ = false;
-    }
     isPlanned_ = true;
-    isPainted_ = false;
+    damage_.clear();
+    if (isPainted_) {
+        damage_ = common(whole(), damage(planned_, picture_));
+    }
+    planned_ = picture_;
+    opaqueArea_.reset();
+    isShaped_ = isShaped_ && (share_.isTranslucent || isPainted_);
 }
 
 void BorderlessWindow::arrange() {
@@ -160,28 +166,49 @@ void BorderlessWindow::arrange() {
     }
     if (!isShaped_) {
         applyShape();
+    } else if (!share_.isTranslucent && !damage_.empty()) {
+        reshapeDamage();
     }
 }
 
 void BorderlessWindow::applyShape() {
     isShaped_ = true;
-    const std::vector<PixelRect> whole{{.x = 0, .y = 0, .width = area_.width, .height = area_.height}};
-    const auto shape = [&](const StageWindow& window, std::vector<PixelRect> areas) {
-        if (cuts_.empty() && areas == whole) {
+    const std::vector all{whole()};
+    const auto shape = [&](const StageWindow& window, const std::vector<PixelRect>& areas) {
+        if (cuts_.empty() && areas == all) {
             window.makeWhole();
-            return;
+        } else {
+            window.cutDownTo(withoutCuts(areas));
         }
-        for (auto cut : cuts_) {
-            cut.x -= area_.x;
-            cut.y -= area_.y;
-            areas = without(areas, cut);
-        }
-        window.cutDownTo(areas);
     };
-    shape(surface_->window(), share_.isTranslucent ? whole : opaqueArea_);
-    if (mouseTaker_) {
-        shape(mouseTaker_->window(), whole);
+    if (!share_.isTranslucent && !opaqueArea_) {
+        opaqueArea_ = opaqueArea(picture_);
     }
+    shape(surface_->window(), share_.isTranslucent ? all : *opaqueArea_);
+    if (mouseTaker_) {
+        shape(mouseTaker_->window(), all);
+    }
+}
+
+void BorderlessWindow::reshapeDamage() {
+    Picture damaged;
+    std::ranges::copy_if(picture_.tiles, std::back_inserter(damaged.tiles), [this](const PictureTile& tile) {
+        return std::ranges::any_of(damage_, [&](const PixelRect& area) { return overlap(area, tile.area); });
+    });
+    std::vector<PixelRect> opaque;
+    for (const auto& area : opaqueArea(damaged)) {
+        std::ranges::copy(common(area, damage_), std::back_inserter(opaque));
+    }
+    surface_->window().reshape(damage_, withoutCuts(std::move(opaque)));
+}
+
+std::vector<PixelRect> BorderlessWindow::withoutCuts(std::vector<PixelRect> areas) const {
+    for (auto cut : cuts_) {
+        cut.x -= area_.x;
+        cut.y -= area_.y;
+        areas = without(areas, cut);
+    }
+    return areas;
 }
 
 void BorderlessWindow::show() {
@@ -195,10 +222,16 @@ void BorderlessWindow::show() {
 }
 
 void BorderlessWindow::paint() {
-    if (isMapped() && !isPainted_) {
+    if (!isMapped()) {
+        return;
+    }
+    if (!isPainted_) {
         surface_->paint();
         isPainted_ = true;
+    } else if (!damage_.empty()) {
+        surface_->repaint(damage_);
     }
+    damage_.clear();
 }
 
 std::vector<xcb_window_t> BorderlessWindow::windows() const {
@@ -237,7 +270,13 @@ void BorderlessWindow::rebuild() { surface_.reset(); }
 
 bool BorderlessWindow::handle(const xcb_generic_event_t& event) {
     if (eventCode(event) == XCB_EXPOSE) {
-        return handleExposure(event);
+        if (!surface_ || eventAs<xcb_expose_event_t>(event).window != surface_->id()) {
+            return false;
+        }
+        if (isPainted_) {
+            surface_->expose(event);
+        }
+        return true;
     }
     std::vector<PointerEvent> events;
     if (!mouseTaker_ || !mouseTaker_->handle(event, share_.held, events)) {
@@ -254,18 +293,6 @@ void BorderlessWindow::tell(const std::vector<PointerEvent>& events) {
     for (const auto& event : events) {
         observers->notify(event);
     }
-}
-
-bool BorderlessWindow::handleExposure(const xcb_generic_event_t& event) {
-    const auto& exposure = eventAs<xcb_expose_event_t>(event);
-    if (!surface_ || exposure.window != surface_->id()) {
-        return false;
-    }
-    // The last one of several speaks for all.
-    if (exposure.count == 0 && isPainted_ && surface_->isLost(event)) {
-        surface_->paint();
-    }
-    return true;
 }
 
 } // namespace karto::x11

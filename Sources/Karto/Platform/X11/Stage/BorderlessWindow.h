@@ -32,7 +32,7 @@ struct StageShare {
     // What the windows are made of.
     WindowFormat format;
     bool isTranslucent = false;
-    // How often a window was brought to the front.
+    // How often a window was given a place among others, or on the desktop.
     std::uint64_t turns = 0;
     // The modifiers held now.
     ModifierFlags held;
@@ -71,7 +71,10 @@ public:
 
     void orderFront() override { standing_ = InFront{.turn = ++share_.turns}; }
 
-    void orderBelow(WindowHandle window) override { standing_ = Below{.window = window}; }
+    void orderBelow(WindowHandle window) override {
+        standing_ = Below{.window = window};
+        ++share_.turns;
+    }
 
     void orderOut() override;
 
@@ -128,9 +131,14 @@ private:
 
     [[nodiscard]] bool takesMouse() const { return isShown() && !ignoresMouse_; }
 
+    [[nodiscard]] PixelRect whole() const { return {.width = area_.width, .height = area_.height}; }
+
     void plan();
     void applyShape();
-    bool handleExposure(const xcb_generic_event_t& event);
+    // Where the picture has changed.
+    void reshapeDamage();
+    // Of areas of the window.
+    [[nodiscard]] std::vector<PixelRect> withoutCuts(std::vector<PixelRect> areas) const;
     // May end the window.
     void tell(const std::vector<PointerEvent>& events);
 
@@ -145,8 +153,12 @@ private:
     // Both null until they are needed.
     std::unique_ptr<Surface> surface_;
     std::unique_ptr<MouseTaker> mouseTaker_;
-    // All that is there while the desktop is not translucent.
-    std::vector<PixelRect> opaqueArea_;
+    // What the surface was told to show last.
+    Picture planned_;
+    // Where that differs from what is painted on it, while anything is.
+    std::vector<PixelRect> damage_;
+    // All that is there while the desktop is not translucent; absent until it is needed.
+    std::optional<std::vector<PixelRect>> opaqueArea_;
     // Where the surface was placed last; absent for a new one.
     std::optional<PixelRect> placed_;
     bool isPlanned_ = false;

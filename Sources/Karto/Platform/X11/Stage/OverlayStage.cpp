@@ -73,13 +73,22 @@ void OverlayStage::present() {
     for (auto* window : windows_) {
         window->build();
     }
-    order_.want(wantedOrder());
+    auto wanted = wantedOrder();
+    // It is kept without being asked for, which takes its time.
+    const bool isReordered = share_.turns != turns_ || wanted != wanted_;
+    if (isReordered) {
+        turns_ = share_.turns;
+        wanted_ = wanted;
+        order_.want(std::move(wanted));
+    }
     // Nobody, the compositor least of all, is to see some of it without the rest.
     xcb_grab_server(connection_.get());
     for (auto* window : windows_) {
         window->arrange();
     }
-    order_.restack();
+    if (isReordered) {
+        order_.restack();
+    }
     for (auto* window : windows_) {
         window->show();
     }

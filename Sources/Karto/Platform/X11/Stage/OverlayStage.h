@@ -14,6 +14,7 @@
 #include "Karto/Platform/X11/Stage/CompositorWatch.h"
 #include "Karto/Platform/X11/Stage/StageOrder.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -55,6 +56,9 @@ private:
     // Null for a stage that is not usable.
     std::unique_ptr<CompositorWatch> compositor_;
     StageOrder order_;
+    // What the order was told last, and the share's turns by then.
+    StageOrder::Wanted wanted_;
+    std::uint64_t turns_ = 0;
     // In the order of creation.
     std::vector<BorderlessWindow*> windows_;
     Observers<> styleObservers_;

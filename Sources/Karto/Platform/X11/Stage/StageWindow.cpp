@@ -106,6 +106,24 @@ void StageWindow::makeWhole() const {
     xcb_shape_mask(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id_, 0, 0, XCB_PIXMAP_NONE);
 }
 
+void StageWindow::reshape(std::span<const PixelRect> removed, std::span<const PixelRect> added) const {
+    auto* const server = connection_.get();
+    const xcb_xfixes_region_t shape = xcb_generate_id(server);
+    const xcb_xfixes_region_t change = xcb_generate_id(server);
+    const auto take = [](std::span<const PixelRect> areas, auto request) {
+        const auto all = rectangles(areas);
+        request(static_cast<std::uint32_t>(all.size()), all.data());
+    };
+    xcb_xfixes_create_region_from_window(server, shape, id_, XCB_SHAPE_SK_BOUNDING);
+    take(removed, [&](auto count, auto* areas) { xcb_xfixes_create_region(server, change, count, areas); });
+    xcb_xfixes_subtract_region(server, shape, change, shape);
+    take(added, [&](auto count, auto* areas) { xcb_xfixes_set_region(server, change, count, areas); });
+    xcb_xfixes_union_region(server, shape, change, shape);
+    xcb_xfixes_set_window_shape_region(server, id_, XCB_SHAPE_SK_BOUNDING, 0, 0, shape);
+    xcb_xfixes_destroy_region(server, shape);
+    xcb_xfixes_destroy_region(server, change);
+}
+
 void StageWindow::show() {
     if (!isShown_) {
         xcb_map_window(connection_.get(), id_);

@@ -34,6 +34,8 @@ public:
     void cutDownTo(std::span<const PixelRect> areas) const;
     // Undoes it.
     void makeWhole() const;
+    // Takes areas away and then adds some, at once.
+    void reshape(std::span<const PixelRect> removed, std::span<const PixelRect> added) const;
 
     void show();
     void hide();
