@@ -101,7 +101,7 @@ int main(int argumentCount, char** arguments) {
     x11::ModifierEvents modifierEvents(connection);
     x11::ApplicationActivity activity(connection, accessibility, scheduler, getpid());
     QtDesktopTheme theme;
-    x11::OverlayStage stage(connection, windowManager, theme, scheduler);
+    x11::OverlayStage stage(connection, windowManager, modifierEvents, theme, scheduler);
 
     OverlayPainter overlayPainter;
     SwitcherPainter switcherPainter;

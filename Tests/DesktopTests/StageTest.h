@@ -8,6 +8,7 @@
 #include "Support/PolledDescriptors.h"
 
 #include "Karto/Platform/DesktopTheme.h"
+#include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
 #include "Karto/Platform/X11/Server/Extensions.h"
 #include "Karto/Platform/X11/Stage/OverlayStage.h"
 
@@ -50,7 +51,9 @@ protected:
         setenv("DISPLAY", desktop.environment().at("DISPLAY").c_str(), 1);
         connection = x11::Connection::open().value();
         windowManager = std::make_unique<x11::WindowManager>(*connection);
-        stage = std::make_unique<x11::OverlayStage>(*connection, *windowManager, theme, scheduler);
+        modifierEvents = std::make_unique<x11::ModifierEvents>(*connection);
+        stage = std::make_unique<x11::OverlayStage>(*connection, *windowManager, *modifierEvents, theme,
+                                                    scheduler);
         connection->attach(descriptors, scheduler, [] {});
     }
 
@@ -180,6 +183,7 @@ protected:
     PlainTheme theme;
     std::unique_ptr<x11::Connection> connection;
     std::unique_ptr<x11::WindowManager> windowManager;
+    std::unique_ptr<x11::ModifierEvents> modifierEvents;
     std::unique_ptr<x11::OverlayStage> stage;
     std::unique_ptr<ChildProcess> compositor;
 };

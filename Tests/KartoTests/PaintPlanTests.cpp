@@ -1,4 +1,6 @@
 #include "Karto/Platform/X11/Stage/PaintPlan.h"
+#include "Karto/Platform/X11/Stage/PictureDamage.h"
+#include "Karto/Platform/X11/Stage/PixelArea.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
@@ -33,12 +35,12 @@ public:
     explicit Canvas(Pixel background = 0)
         : pixels_(position(0, height, width), background) {}
 
-    void paint(const PixelRect& area, Blend blend, const Image& image) {
+    void paint(const PixelRect& area, Blend blend, const Image& image, int imageX = 0, int imageY = 0) {
         for (int y = std::max(area.y, 0); y < std::min(area.y + area.height, height); ++y) {
             for (int x = std::max(area.x, 0); x < std::min(area.x + area.width, width); ++x) {
                 auto& pixel = pixels_[position(x, y, width)];
-                const auto source = image.pixels[position((x - area.x) % image.width,
-                                                          (y - area.y) % image.height, image.width)];
+                const auto source = image.pixels[position((x - area.x + imageX) % image.width,
+                                                          (y - area.y + imageY) % image.height, image.width)];
                 pixel = blend == Blend::replace ? source : over(source, pixel);
             }
         }
@@ -58,16 +60,23 @@ Canvas painted(const Picture& picture) {
     return canvas;
 }
 
-Canvas painted(const PaintPlan& plan) {
-    Canvas canvas(plan.background);
+Image imageOf(const Paint& paint) {
+    const auto* even = std::get_if<Pixel>(&paint);
+    return even != nullptr ? Image{.width = 1, .height = 1, .pixels = {*even}}
+                           : *std::get<std::shared_ptr<const Image>>(paint);
+}
+
+void paint(Canvas& canvas, const PaintPlan& plan) {
     for (const auto& step : plan.steps) {
-        const auto* even = std::get_if<Pixel>(&step.paint);
-        const auto image = even != nullptr ? Image{.width = 1, .height = 1, .pixels = {*even}}
-                                           : *std::get<std::shared_ptr<const Image>>(step.paint);
-        for (const auto& area : step.areas) {
-            canvas.paint(area, step.blend, image);
+        for (const auto& [area, imageX, imageY] : step.areas) {
+            canvas.paint(area, step.blend, imageOf(step.paint), imageX, imageY);
         }
     }
+}
+
+Canvas painted(const PaintPlan& plan) {
+    Canvas canvas(plan.background);
+    paint(canvas, plan);
     return canvas;
 }
 
@@ -119,6 +128,61 @@ RC_GTEST_PROP(PaintPlan, theOpaqueAreaIsWhereATileIsAtLeastHalfOpaque, ()) {
     RC_ASSERT(actual == wanted);
 }
 
+// Some tiles of one picture in another one, in its order: changed, moved, gone, and new ones among them.
+Picture changed(const Picture& picture) {
+    Picture result;
+    for (auto tile : picture.tiles) {
+        switch (within(0, 8)) {
+        case 0: tile.image = anyImage(); break;
+        case 1: tile.area.x += within(-2, 3); break;
+        case 2: tile.area.height += within(-1, 3); break;
+        case 3: result.tiles.push_back({.image = anyImage(), .area = tile.area}); break;
+        case 4: continue;
+        default: break;
+        }
+        result.tiles.push_back(tile);
+    }
+    return result;
+}
+
+RC_GTEST_PROP(PictureDamage, repaintingTheDamageTurnsOnePictureIntoTheOther, ()) {
+    const auto before = anyPicture();
+    const auto after = *rc::gen::element(true, false) ? changed(before) : anyPicture();
+    const auto areas = damage(before, after);
+    auto canvas = painted(before);
+    paint(canvas, cutDown(planPainting(after, width, height, Background::prevailing), areas));
+    RC_ASSERT(canvas == painted(after));
+    for (const auto& area : areas) {
+        RC_ASSERT(common(area, areas) == std::vector{area});
+    }
+}
+
+TEST(PictureDamage, onlyWhatChangesIsDamaged) {
+    const auto fill = std::make_shared<const Image>(Image{.width = 1, .height = 1, .pixels = {0x2E000000}});
+    const auto edge = std::make_shared<const Image>(Image{.width = 1, .height = 2, .pixels = {1, 2}});
+    const auto figure = std::make_shared<const Image>(Image{.width = 2, .height = 1, .pixels = {3, 4}});
+    const Picture before{.tiles = {{.image = fill, .area = {.x = 0, .y = 0, .width = 100, .height = 80}},
+                                   {.image = edge, .area = {.x = 0, .y = 0, .width = 100, .height = 2}},
+                                   {.image = fill, .area = {.x = 100, .y = 0, .width = 50, .height = 80}},
+                                   {.image = figure, .area = {.x = 120, .y = 40, .width = 2, .height = 1}}}};
+    EXPECT_TRUE(damage(before, before).empty());
+    // A boundary moves, and with it one figure of two.
+    auto moved = before;
+    moved.tiles[0].area.width = moved.tiles[1].area.width = moved.tiles[2].area.x = 103;
+    moved.tiles[2].area.width = 47;
+    moved.tiles[3].area.x = 121;
+    EXPECT_EQ(damage(before, moved), (std::vector<PixelRect>{{.x = 100, .y = 0, .width = 3, .height = 80},
+                                                             {.x = 120, .y = 40, .width = 2, .height = 1},
+                                                             {.x = 122, .y = 40, .width = 1, .height = 1}}));
+    // Something appears among the others, and what is on top goes.
+    auto other = before;
+    other.tiles.insert(other.tiles.begin() + 1,
+                       {.image = figure, .area = {.x = 10, .y = 10, .width = 2, .height = 1}});
+    other.tiles.pop_back();
+    EXPECT_EQ(damage(before, other), (std::vector<PixelRect>{{.x = 10, .y = 10, .width = 2, .height = 1},
+                                                             {.x = 120, .y = 40, .width = 2, .height = 1}}));
+}
+
 TEST(PaintPlan, theBackgroundOfMostOfTheWindowCostsNothing) {
     const auto fill = std::make_shared<const Image>(Image{.width = 1, .height = 1, .pixels = {0x2E000000}});
     const auto edge = std::make_shared<const Image>(Image{.width = 1, .height = 1, .pixels = {0x4D4D4D4D}});
@@ -130,7 +194,7 @@ TEST(PaintPlan, theBackgroundOfMostOfTheWindowCostsNothing) {
     EXPECT_EQ(plan.background, 0x2E000000);
     ASSERT_EQ(plan.steps.size(), 2U);
     EXPECT_EQ(plan.steps[0].paint, Paint(Pixel{0x4D4D4D4D}));
-    EXPECT_EQ(plan.steps[1].areas, std::vector{picture.tiles[3].area});
+    EXPECT_EQ(plan.steps[1].areas, (std::vector{PaintedArea{.area = picture.tiles[3].area}}));
 }
 
 } // namespace karto::x11

@@ -24,6 +24,16 @@ Picture pictureNamed(std::string_view name) {
     return {.tiles = {{.image = image, .area = {}}}};
 }
 
+void MemoryStageWindow::tell(PointerAction action, Point place, ModifierFlags held) {
+    const bool isFarewell = action == PointerAction::left || action == PointerAction::cancelled;
+    if (!isFarewell && (!isVisible || ignoresMouse)) {
+        return;
+    }
+    pointer = action == PointerAction::left ? std::nullopt : std::optional(place);
+    const auto observers = pointerEvents;
+    observers->notify({.action = action, .place = place, .held = held});
+}
+
 class MemoryStage::Window final : public BorderlessWindow {
 public:
     Window(MemoryStage& stage, const Rect& frame)
@@ -67,6 +77,16 @@ public:
 
     Registration observeClicks(std::function<void(Point)> onClick) override {
         return self_->clicks.add(std::move(onClick));
+    }
+
+    void setCursor(Cursor cursor) override { self_->cursor = cursor; }
+
+    Registration observePointer(std::function<void(const PointerEvent&)> onPointer) override {
+        return self_->pointerEvents->add(std::move(onPointer));
+    }
+
+    std::optional<Point> pointer() override {
+        return self_->isVisible && !self_->ignoresMouse ? self_->pointer : std::nullopt;
     }
 
 private:

@@ -6,6 +6,7 @@
 #include "Karto/Platform/OverlayStage.h"
 
 #include <list>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -26,6 +27,29 @@ struct MemoryStageWindow {
     bool isVisible = false;
     std::optional<WindowHandle> below;
     Observers<Point> clicks;
+    Cursor cursor = Cursor::arrow;
+    // Where the pointer is in the window; absent while it is elsewhere.
+    std::optional<Point> pointer;
+    // Outlives the window while it tells of the pointer.
+    std::shared_ptr<Observers<PointerEvent>> pointerEvents = std::make_shared<Observers<PointerEvent>>();
+
+    // What a person does with the pointer, in pixels from the window's top left corner. The window hears
+    // nothing while it is hidden or ignores the mouse.
+    void move(Point place, ModifierFlags held = {}) { tell(PointerAction::moved, place, held); }
+
+    void press(Point place, ModifierFlags held = {}) { tell(PointerAction::pressed, place, held); }
+
+    void drag(Point place, ModifierFlags held = {}) { tell(PointerAction::dragged, place, held); }
+
+    void release(Point place, ModifierFlags held = {}) { tell(PointerAction::released, place, held); }
+
+    void leave() { tell(PointerAction::left, pointer.value_or(Point()), {}); }
+
+    // Something takes the gesture away, hiding the window for one.
+    void cancel() { tell(PointerAction::cancelled, pointer.value_or(Point()), {}); }
+
+private:
+    void tell(PointerAction action, Point place, ModifierFlags held);
 };
 
 class MemoryStage final : public OverlayStage, public ApplicationActivity {

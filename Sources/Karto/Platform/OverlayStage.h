@@ -2,6 +2,7 @@
 // Borderless windows above the desktop: they take no focus, belong to no application's windows and show a
 // picture that lets the work below shine through.
 
+#include "Karto/Platform/PointerEvent.h"
 #include "Karto/Platform/Registration.h"
 #include "Karto/Platform/WindowHandle.h"
 #include "KartoCore/Geometry.h"
@@ -11,6 +12,7 @@
 #include <cstdint>
 #include <functional>
 #include <memory>
+#include <optional>
 
 namespace karto {
 
@@ -39,7 +41,7 @@ public:
     // Global points; edges fall on the nearest pixel.
     virtual void setFrame(const Rect& frame) = 0;
     virtual void setLevel(StageLevel level) = 0;
-    // While it does, clicks go to whatever is below.
+    // While it does, the pointer reaches whatever is below.
     virtual void setIgnoresMouse(bool ignoresMouse) = 0;
     virtual void setPicture(Picture picture) = 0;
 
@@ -52,6 +54,16 @@ public:
     virtual void orderBelow(WindowHandle window) = 0;
     // Hides the window; it can be shown again.
     virtual void orderOut() = 0;
+
+    // What the pointer looks like in the window, and during a gesture that began there; the arrow at first.
+    // Shown at once.
+    virtual void setCursor(Cursor cursor) = 0;
+    // Hears of the pointer while the window takes the mouse. Of movements that arrive together the last alone
+    // is told. An observer may hide or destroy the window.
+    [[nodiscard]] virtual Registration observePointer(std::function<void(const PointerEvent&)> onPointer) = 0;
+    // Where the pointer is, in pixels from the window's top left corner; absent while the window would not
+    // hear of it there.
+    [[nodiscard]] virtual std::optional<Point> pointer() = 0;
 
     // Hears of clicks with the main button, in pixels from the window's top left corner.
     [[nodiscard]] virtual Registration observeClicks(std::function<void(Point)> onClick) = 0;

@@ -165,6 +165,10 @@ Registration Connection::observeTurnEnds(std::function<void()> onTurnEnd) {
     return turnObservers_.add(std::move(onTurnEnd));
 }
 
+Registration Connection::observeLulls(std::function<void()> onLull) {
+    return lullObservers_.add(std::move(onLull));
+}
+
 Registration Connection::select(xcb_window_t window, std::uint32_t eventMask) {
     const auto key = selected_++;
     const auto before = selection(window);
@@ -256,6 +260,7 @@ void Connection::dispatch() {
         eventObservers_.notify(*event);
         turnObservers_.notify();
     }
+    lullObservers_.notify();
     dispatching_ = false;
     // Writing may read as well.
     flush();

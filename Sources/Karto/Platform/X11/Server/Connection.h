@@ -103,6 +103,9 @@ public:
     // Called after every event that observers have handled.
     [[nodiscard]] Registration observeTurnEnds(std::function<void()> onTurnEnd);
 
+    // Called when all events that have arrived are handed out.
+    [[nodiscard]] Registration observeLulls(std::function<void()> onLull);
+
     // Sends a client message about a window to the window manager.
     void tellWindowManager(xcb_window_t window, xcb_atom_t type,
                            const std::array<std::uint32_t, 5>& words) const;
@@ -141,6 +144,7 @@ private:
     std::deque<Event> line_;
     Observers<xcb_generic_event_t> eventObservers_;
     Observers<> turnObservers_;
+    Observers<> lullObservers_;
     // What each registration selects of a window.
     std::map<xcb_window_t, std::map<std::uint64_t, std::uint32_t>> selections_;
     std::uint64_t selected_ = 0;

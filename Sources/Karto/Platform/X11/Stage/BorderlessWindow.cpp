@@ -1,17 +1,18 @@
 #include "Karto/Platform/X11/Stage/BorderlessWindow.h"
 
 #include "Karto/Platform/X11/Stage/PaintPlan.h"
+#include "Karto/Platform/X11/Stage/PictureDamage.h"
 #include "Karto/Platform/X11/Stage/PixelArea.h"
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <utility>
 
 namespace karto::x11 {
 
 namespace {
 
-constexpr std::uint8_t mainButton = 1;
 // A hand trembles while it clicks.
 constexpr double mostTremble = 4;
 
@@ -36,7 +37,9 @@ void BorderlessWindow::setFrame(const Rect& frame) {
     }
     const bool isResized = area.width != area_.width || area.height != area_.height;
     area_ = area;
+    ++share_.turns;
     isPlanned_ = isPlanned_ && !isResized;
+    isPainted_ = isPainted_ && !isResized;
     isShaped_ = isShaped_ && !isResized && cuts_.empty();
 }
 
@@ -45,8 +48,39 @@ void BorderlessWindow::setPicture(Picture picture) {
     isPlanned_ = false;
 }
 
+void BorderlessWindow::setCursor(Cursor cursor) {
+    if (cursor == cursor_) {
+        return;
+    }
+    cursor_ = cursor;
+    showCursor();
+    share_.connection.flush();
+}
+
+void BorderlessWindow::showCursor() {
+    if (mouseTaker_) {
+        mouseTaker_->setCursor(share_.cursors.find(cursor_));
+    }
+}
+
+Registration BorderlessWindow::observePointer(std::function<void(const PointerEvent&)> onPointer) {
+    return pointerObservers_->add(std::move(onPointer));
+}
+
+std::optional<Point> BorderlessWindow::pointer() {
+    return mouseTaker_ ? mouseTaker_->pointer() : std::nullopt;
+}
+
 Registration BorderlessWindow::observeClicks(std::function<void(Point)> onClick) {
-    return clicks_->add(std::move(onClick));
+    return observePointer(
+        [pressed = std::optional<Point>(), onClick = std::move(onClick)](const PointerEvent& event) mutable {
+            if (event.action == PointerAction::pressed) {
+                pressed = event.place;
+            } else if (event.action == PointerAction::released && pressed &&
+                       std::hypot(event.place.x - pressed->x, event.place.y - pressed->y) <= mostTremble) {
+                onClick(*pressed);
+            }
+        });
 }
 
 void BorderlessWindow::prepare() {
@@ -74,10 +108,11 @@ void BorderlessWindow::build() {
     if (!surface_) {
         surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format);
         placed_.reset();
-        isPlanned_ = isShaped_ = false;
+        isPlanned_ = isShaped_ = isPainted_ = false;
     }
     if (takesMouse() && !mouseTaker_) {
-        mouseTaker_ = std::make_unique<StageWindow>(share_.connection, area_);
+        mouseTaker_ = std::make_unique<MouseTaker>(share_.connection, area_);
+        showCursor();
         placed_.reset();
         isShaped_ = false;
     }
@@ -96,18 +131,19 @@ void BorderlessWindow::plan() {
         }
     }
     surface_->setPlan(std::move(plan), std::move(images));
-    if (!share_.isTranslucent) {
-        opaqueArea_ = opaqueArea(picture_);
-        isShaped_ = false;
-    }
     isPlanned_ = true;
-    isPainted_ = false;
+    damage_.clear();
+    if (isPainted_) {
+        damage_ = common(whole(), damage(planned_, picture_));
+    }
+    planned_ = picture_;
+    opaqueArea_.reset();
+    isShaped_ = isShaped_ && (share_.isTranslucent || isPainted_);
 }
 
 void BorderlessWindow::arrange() {
     if (!takesMouse() && mouseTaker_) {
-        mouseTaker_->hide();
-        pressed_.reset();
+        mouseTaker_->window().hide();
     }
     if (!isMapped() && surface_) {
         surface_->window().hide();
@@ -130,28 +166,49 @@ void BorderlessWindow::arrange() {
     }
     if (!isShaped_) {
         applyShape();
+    } else if (!share_.isTranslucent && !damage_.empty()) {
+        reshapeDamage();
     }
 }
 
 void BorderlessWindow::applyShape() {
     isShaped_ = true;
-    const std::vector<PixelRect> whole{{.x = 0, .y = 0, .width = area_.width, .height = area_.height}};
-    const auto shape = [&](const StageWindow& window, std::vector<PixelRect> areas) {
-        if (cuts_.empty() && areas == whole) {
+    const std::vector all{whole()};
+    const auto shape = [&](const StageWindow& window, const std::vector<PixelRect>& areas) {
+        if (cuts_.empty() && areas == all) {
             window.makeWhole();
-            return;
+        } else {
+            window.cutDownTo(withoutCuts(areas));
         }
-        for (auto cut : cuts_) {
-            cut.x -= area_.x;
-            cut.y -= area_.y;
-            areas = without(areas, cut);
-        }
-        window.cutDownTo(areas);
     };
-    shape(surface_->window(), share_.isTranslucent ? whole : opaqueArea_);
-    if (mouseTaker_) {
-        shape(*mouseTaker_, whole);
+    if (!share_.isTranslucent && !opaqueArea_) {
+        opaqueArea_ = opaqueArea(picture_);
     }
+    shape(surface_->window(), share_.isTranslucent ? all : *opaqueArea_);
+    if (mouseTaker_) {
+        shape(mouseTaker_->window(), all);
+    }
+}
+
+void BorderlessWindow::reshapeDamage() {
+    Picture damaged;
+    std::ranges::copy_if(picture_.tiles, std::back_inserter(damaged.tiles), [this](const PictureTile& tile) {
+        return std::ranges::any_of(damage_, [&](const PixelRect& area) { return overlap(area, tile.area); });
+    });
+    std::vector<PixelRect> opaque;
+    for (const auto& area : opaqueArea(damaged)) {
+        std::ranges::copy(common(area, damage_), std::back_inserter(opaque));
+    }
+    surface_->window().reshape(damage_, withoutCuts(std::move(opaque)));
+}
+
+std::vector<PixelRect> BorderlessWindow::withoutCuts(std::vector<PixelRect> areas) const {
+    for (auto cut : cuts_) {
+        cut.x -= area_.x;
+        cut.y -= area_.y;
+        areas = without(areas, cut);
+    }
+    return areas;
 }
 
 void BorderlessWindow::show() {
@@ -160,15 +217,21 @@ void BorderlessWindow::show() {
     }
     surface_->show();
     if (takesMouse()) {
-        mouseTaker_->show();
+        mouseTaker_->window().show();
     }
 }
 
 void BorderlessWindow::paint() {
-    if (isMapped() && !isPainted_) {
+    if (!isMapped()) {
+        return;
+    }
+    if (!isPainted_) {
         surface_->paint();
         isPainted_ = true;
+    } else if (!damage_.empty()) {
+        surface_->repaint(damage_);
     }
+    damage_.clear();
 }
 
 std::vector<xcb_window_t> BorderlessWindow::windows() const {
@@ -206,44 +269,30 @@ void BorderlessWindow::cutOut(std::vector<PixelRect> areas) {
 void BorderlessWindow::rebuild() { surface_.reset(); }
 
 bool BorderlessWindow::handle(const xcb_generic_event_t& event) {
-    switch (eventCode(event)) {
-    case XCB_EXPOSE: return handleExposure(event);
-    case XCB_BUTTON_PRESS: return handleButton(eventAs<xcb_button_press_event_t>(event), true);
-    case XCB_BUTTON_RELEASE: return handleButton(eventAs<xcb_button_press_event_t>(event), false);
-    default: return false;
+    if (eventCode(event) == XCB_EXPOSE) {
+        if (!surface_ || eventAs<xcb_expose_event_t>(event).window != surface_->id()) {
+            return false;
+        }
+        if (isPainted_) {
+            surface_->expose(event);
+        }
+        return true;
     }
-}
-
-bool BorderlessWindow::handleExposure(const xcb_generic_event_t& event) {
-    const auto& exposure = eventAs<xcb_expose_event_t>(event);
-    if (!surface_ || exposure.window != surface_->id()) {
+    std::vector<PointerEvent> events;
+    if (!mouseTaker_ || !mouseTaker_->handle(event, share_.held, events)) {
         return false;
     }
-    // The last one of several speaks for all.
-    if (exposure.count == 0 && isPainted_ && surface_->isLost(event)) {
-        surface_->paint();
-    }
+    tell(events);
     return true;
 }
 
-bool BorderlessWindow::handleButton(const xcb_button_press_event_t& button, bool isPressed) {
-    if (!mouseTaker_ || button.event != mouseTaker_->id()) {
-        return false;
+void BorderlessWindow::tellMovement() { tell(mouseTaker_->takeMovement()); }
+
+void BorderlessWindow::tell(const std::vector<PointerEvent>& events) {
+    const auto observers = pointerObservers_;
+    for (const auto& event : events) {
+        observers->notify(event);
     }
-    if (button.detail != mainButton) {
-        return true;
-    }
-    const Point point{.x = static_cast<double>(button.event_x), .y = static_cast<double>(button.event_y)};
-    if (isPressed) {
-        pressed_ = point;
-        return true;
-    }
-    const auto pressed = std::exchange(pressed_, std::nullopt);
-    if (pressed && std::hypot(point.x - pressed->x, point.y - pressed->y) <= mostTremble) {
-        const auto clicks = clicks_;
-        clicks->notify(*pressed);
-    }
-    return true;
 }
 
 } // namespace karto::x11

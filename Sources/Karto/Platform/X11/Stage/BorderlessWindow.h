@@ -1,15 +1,16 @@
 #pragma once
 // A window of the stage: what is asked of it, and how it stands on the server.
 // What shows lets the mouse through always; a window that takes the mouse has a second one above it,
-// invisible and just as large, so that clicks arrive also where the first is cut away.
+// invisible and just as large, so that the pointer is heard also where the first is cut away.
 
 #include "Karto/Platform/Observers.h"
 #include "Karto/Platform/OverlayStage.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Server/Connection.h"
+#include "Karto/Platform/X11/Stage/Cursors.h"
+#include "Karto/Platform/X11/Stage/MouseTaker.h"
 #include "Karto/Platform/X11/Stage/RenderFormats.h"
 #include "Karto/Platform/X11/Stage/ServerImages.h"
-#include "Karto/Platform/X11/Stage/StageWindow.h"
 #include "Karto/Platform/X11/Stage/Surface.h"
 
 #include <xcb/xcb.h>
@@ -27,11 +28,14 @@ namespace karto::x11 {
 struct StageShare {
     Connection& connection;
     ServerImages images;
+    Cursors cursors;
     // What the windows are made of.
     WindowFormat format;
     bool isTranslucent = false;
-    // How often a window was brought to the front.
+    // How often a window was given a place among others, or on the desktop.
     std::uint64_t turns = 0;
+    // The modifiers held now.
+    ModifierFlags held;
 };
 
 class BorderlessWindow final : public karto::BorderlessWindow {
@@ -67,10 +71,16 @@ public:
 
     void orderFront() override { standing_ = InFront{.turn = ++share_.turns}; }
 
-    void orderBelow(WindowHandle window) override { standing_ = Below{.window = window}; }
+    void orderBelow(WindowHandle window) override {
+        standing_ = Below{.window = window};
+        ++share_.turns;
+    }
 
     void orderOut() override;
 
+    void setCursor(Cursor cursor) override;
+    Registration observePointer(std::function<void(const PointerEvent&)> onPointer) override;
+    std::optional<Point> pointer() override;
     Registration observeClicks(std::function<void(Point)> onClick) override;
 
     // The stage takes its windows through these together, one step after the other.
@@ -96,8 +106,15 @@ public:
     void retire();
     // To be called when the share's format has changed.
     void rebuild();
+    // The same for the cursors.
+    void showCursor();
     // Whether the event was one of this window; it may have ended the window.
     bool handle(const xcb_generic_event_t& event);
+
+    [[nodiscard]] bool isMovementWaiting() const { return mouseTaker_ && mouseTaker_->isMovementWaiting(); }
+
+    // Tells of where the pointer has moved; that may end the window.
+    void tellMovement();
 
     // Lasts as long as the window.
     void keep(Registration registration) { kept_ = std::move(registration); }
@@ -114,10 +131,16 @@ private:
 
     [[nodiscard]] bool takesMouse() const { return isShown() && !ignoresMouse_; }
 
+    [[nodiscard]] PixelRect whole() const { return {.width = area_.width, .height = area_.height}; }
+
     void plan();
     void applyShape();
-    bool handleExposure(const xcb_generic_event_t& event);
-    bool handleButton(const xcb_button_press_event_t& button, bool isPressed);
+    // Where the picture has changed.
+    void reshapeDamage();
+    // Of areas of the window.
+    [[nodiscard]] std::vector<PixelRect> withoutCuts(std::vector<PixelRect> areas) const;
+    // May end the window.
+    void tell(const std::vector<PointerEvent>& events);
 
     StageShare& share_;
     PixelRect area_;
@@ -129,17 +152,21 @@ private:
 
     // Both null until they are needed.
     std::unique_ptr<Surface> surface_;
-    std::unique_ptr<StageWindow> mouseTaker_;
-    // All that is there while the desktop is not translucent.
-    std::vector<PixelRect> opaqueArea_;
+    std::unique_ptr<MouseTaker> mouseTaker_;
+    // What the surface was told to show last.
+    Picture planned_;
+    // Where that differs from what is painted on it, while anything is.
+    std::vector<PixelRect> damage_;
+    // All that is there while the desktop is not translucent; absent until it is needed.
+    std::optional<std::vector<PixelRect>> opaqueArea_;
     // Where the surface was placed last; absent for a new one.
     std::optional<PixelRect> placed_;
     bool isPlanned_ = false;
     bool isShaped_ = false;
     bool isPainted_ = false;
-    std::optional<Point> pressed_;
-    // Outlives the window while it tells of a click.
-    std::shared_ptr<Observers<Point>> clicks_ = std::make_shared<Observers<Point>>();
+    Cursor cursor_ = Cursor::arrow;
+    // Outlives the window while it tells of the pointer.
+    std::shared_ptr<Observers<PointerEvent>> pointerObservers_ = std::make_shared<Observers<PointerEvent>>();
     Registration kept_;
 };
 

@@ -14,26 +14,49 @@ constexpr std::chrono::seconds lingerTime{10};
 
 } // namespace
 
-OverlayStage::OverlayStage(Connection& connection, WindowManager& manager, DesktopTheme& theme,
-                           Scheduler& scheduler)
+OverlayStage::OverlayStage(Connection& connection, WindowManager& manager, karto::ModifierEvents& modifiers,
+                           DesktopTheme& theme, Scheduler& scheduler)
     : connection_(connection)
     , scheduler_(scheduler)
     , theme_(theme)
     , formats_(readRenderFormats(connection).value_or(RenderFormats()))
     , share_{.connection = connection,
              .images = ServerImages(connection, formats_.image),
-             .format = formats_.opaque}
+             .cursors = Cursors(connection, [this] { showCursors(); }),
+             .format = formats_.opaque,
+             .held = modifiers.held()}
     , order_(connection, manager, scheduler,
              [this](WindowHandle above, const std::vector<PixelRect>& areas) { cutOut(above, areas); })
-    , themeChanges_(theme.observeChanges([this] { styleObservers_.notify(); })) {
+    , themeChanges_(theme.observeChanges([this] { styleObservers_.notify(); }))
+    // The server tells of them and of the pointer in one order.
+    , modifierChanges_(modifiers.observe([this](ModifierFlags held) { share_.held = held; })) {
     if (formats_ == RenderFormats()) {
         return;
     }
     compositor_ = std::make_unique<CompositorWatch>(connection, [this] { followCompositor(); });
     chooseFormat();
-    events_ = connection.observe([this](const xcb_generic_event_t& event) {
-        std::ignore = std::ranges::any_of(windows_, [&](auto* window) { return window->handle(event); });
-    });
+    events_ = connection.observe([this](const xcb_generic_event_t& event) { handle(event); });
+    lulls_ = connection.observeLulls([this] { tellMovements(); });
+}
+
+void OverlayStage::handle(const xcb_generic_event_t& event) {
+    // The window that it was one of may be gone then, and others may have come.
+    std::ignore = std::ranges::any_of(windows_, [&](auto* window) { return window->handle(event); });
+}
+
+void OverlayStage::showCursors() {
+    for (auto* window : windows_) {
+        window->showCursor();
+    }
+}
+
+void OverlayStage::tellMovements() {
+    const auto waiting = [this] {
+        return std::ranges::find_if(windows_, &BorderlessWindow::isMovementWaiting);
+    };
+    for (auto next = waiting(); next != windows_.end(); next = waiting()) {
+        (*next)->tellMovement();
+    }
 }
 
 std::unique_ptr<karto::BorderlessWindow> OverlayStage::createWindow(const Rect& frame) {
@@ -50,13 +73,22 @@ void OverlayStage::present() {
     for (auto* window : windows_) {
         window->build();
     }
-    order_.want(wantedOrder());
+    auto wanted = wantedOrder();
+    // It is kept without being asked for, which takes its time.
+    const bool isReordered = share_.turns != turns_ || wanted != wanted_;
+    if (isReordered) {
+        turns_ = share_.turns;
+        wanted_ = wanted;
+        order_.want(std::move(wanted));
+    }
     // Nobody, the compositor least of all, is to see some of it without the rest.
     xcb_grab_server(connection_.get());
     for (auto* window : windows_) {
         window->arrange();
     }
-    order_.restack();
+    if (isReordered) {
+        order_.restack();
+    }
     for (auto* window : windows_) {
         window->show();
     }

@@ -3,6 +3,7 @@
 // of the desktop and are cut down to what is opaque in their pictures.
 
 #include "Karto/Platform/DesktopTheme.h"
+#include "Karto/Platform/ModifierEvents.h"
 #include "Karto/Platform/Observers.h"
 #include "Karto/Platform/OverlayStage.h"
 #include "Karto/Platform/Scheduler.h"
@@ -13,6 +14,7 @@
 #include "Karto/Platform/X11/Stage/CompositorWatch.h"
 #include "Karto/Platform/X11/Stage/StageOrder.h"
 
+#include <cstdint>
 #include <memory>
 #include <vector>
 
@@ -20,7 +22,8 @@ namespace karto::x11 {
 
 class OverlayStage final : public karto::OverlayStage {
 public:
-    OverlayStage(Connection& connection, WindowManager& manager, DesktopTheme& theme, Scheduler& scheduler);
+    OverlayStage(Connection& connection, WindowManager& manager, karto::ModifierEvents& modifiers,
+                 DesktopTheme& theme, Scheduler& scheduler);
 
     // False when the server lacks what the stage needs: nothing is ever shown then.
     [[nodiscard]] bool isUsable() const { return compositor_ != nullptr; }
@@ -33,6 +36,9 @@ public:
     Registration observeStyleChanges(std::function<void()> onChange) override;
 
 private:
+    void handle(const xcb_generic_event_t& event);
+    void tellMovements();
+    void showCursors();
     void chooseFormat();
     // Windows that are ready take the server's memory, though not for long.
     void retireLater();
@@ -50,11 +56,16 @@ private:
     // Null for a stage that is not usable.
     std::unique_ptr<CompositorWatch> compositor_;
     StageOrder order_;
+    // What the order was told last, and the share's turns by then.
+    StageOrder::Wanted wanted_;
+    std::uint64_t turns_ = 0;
     // In the order of creation.
     std::vector<BorderlessWindow*> windows_;
     Observers<> styleObservers_;
     Registration themeChanges_;
+    Registration modifierChanges_;
     Registration events_;
+    Registration lulls_;
     Registration retiring_;
     WeakCallbacks callbacks_;
 };

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <map>
 #include <span>
 #include <utility>
@@ -67,6 +68,13 @@ std::vector<PixelRect> emptyArea(std::span<const Layer> layers, int width, int h
         }
     }
     return empty;
+}
+
+std::vector<PaintedArea> painted(std::span<const PixelRect> areas) {
+    std::vector<PaintedArea> result;
+    std::ranges::transform(areas, std::back_inserter(result),
+                           [](const PixelRect& area) { return PaintedArea{.area = area}; });
+    return result;
 }
 
 // The runs of opaque pixels in one row of an image.
@@ -134,8 +142,8 @@ PaintPlan planPainting(const Picture& picture, int width, int height, Background
         plan.background = prevailingColour(layers, width, height);
     }
     if (plan.background != 0) {
-        if (auto empty = emptyArea(layers, width, height); !empty.empty()) {
-            plan.steps.push_back({.paint = Pixel{0}, .blend = Blend::replace, .areas = std::move(empty)});
+        if (const auto empty = emptyArea(layers, width, height); !empty.empty()) {
+            plan.steps.push_back({.paint = Pixel{0}, .blend = Blend::replace, .areas = painted(empty)});
         }
     }
     for (const auto& layer : layers) {
@@ -147,12 +155,30 @@ PaintPlan planPainting(const Picture& picture, int width, int height, Background
         const bool joins = layer.isBottom && !plan.steps.empty() && plan.steps.back().paint == layer.paint &&
                            plan.steps.back().blend == blend;
         if (joins) {
-            plan.steps.back().areas.push_back(layer.area);
+            plan.steps.back().areas.push_back({.area = layer.area});
         } else {
-            plan.steps.push_back({.paint = layer.paint, .blend = blend, .areas = {layer.area}});
+            plan.steps.push_back({.paint = layer.paint, .blend = blend, .areas = {{.area = layer.area}}});
         }
     }
     return plan;
+}
+
+PaintPlan cutDown(const PaintPlan& plan, std::span<const PixelRect> areas) {
+    PaintPlan result{.background = plan.background,
+                     .steps = {{.paint = plan.background, .blend = Blend::replace, .areas = painted(areas)}}};
+    for (const auto& step : plan.steps) {
+        std::vector<PaintedArea> left;
+        for (const auto& [whole, imageX, imageY] : step.areas) {
+            for (const auto& part : common(whole, areas)) {
+                left.push_back(
+                    {.area = part, .imageX = imageX + part.x - whole.x, .imageY = imageY + part.y - whole.y});
+            }
+        }
+        if (!left.empty()) {
+            result.steps.push_back({.paint = step.paint, .blend = step.blend, .areas = std::move(left)});
+        }
+    }
+    return result;
 }
 
 std::vector<PixelRect> opaqueArea(const Picture& picture) {

@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <variant>
 #include <vector>
 
@@ -12,7 +13,7 @@ namespace karto::x11 {
 
 // 0xAARRGGBB, premultiplied.
 using Pixel = std::uint32_t;
-// An even colour, or an image repeated from the top left of an area on.
+// An even colour, or an image repeated in both directions.
 using Paint = std::variant<Pixel, std::shared_ptr<const Image>>;
 
 enum class Blend : std::uint8_t {
@@ -21,10 +22,19 @@ enum class Blend : std::uint8_t {
     over,
 };
 
+struct PaintedArea {
+    PixelRect area;
+    // The pixel of an image that comes to its top left.
+    int imageX = 0;
+    int imageY = 0;
+
+    bool operator==(const PaintedArea&) const = default;
+};
+
 struct PaintStep {
     Paint paint;
     Blend blend = Blend::over;
-    std::vector<PixelRect> areas;
+    std::vector<PaintedArea> areas;
 };
 
 struct PaintPlan {
@@ -41,6 +51,9 @@ enum class Background : std::uint8_t {
 
 // Tiles that show nothing are left out.
 PaintPlan planPainting(const Picture& picture, int width, int height, Background background);
+
+// The part of a plan that paints these areas, whatever is there, and nothing else. They do not overlap.
+PaintPlan cutDown(const PaintPlan& plan, std::span<const PixelRect> areas);
 
 // The pixels whose alpha is at least one half. The areas may overlap.
 std::vector<PixelRect> opaqueArea(const Picture& picture);

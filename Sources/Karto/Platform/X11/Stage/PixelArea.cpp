@@ -4,6 +4,21 @@
 
 namespace karto::x11 {
 
+std::vector<PixelRect> common(const PixelRect& area, std::span<const PixelRect> others) {
+    std::vector<PixelRect> result;
+    for (const auto& other : others) {
+        if (overlap(area, other)) {
+            const int x = std::max(area.x, other.x);
+            const int y = std::max(area.y, other.y);
+            result.push_back({.x = x,
+                              .y = y,
+                              .width = std::min(area.x + area.width, other.x + other.width) - x,
+                              .height = std::min(area.y + area.height, other.y + other.height) - y});
+        }
+    }
+    return result;
+}
+
 std::vector<PixelRect> without(const std::vector<PixelRect>& areas, const PixelRect& hole) {
     std::vector<PixelRect> left;
     const auto keep = [&left](int x, int y, int maxX, int maxY) {
@@ -26,6 +41,29 @@ std::vector<PixelRect> without(const std::vector<PixelRect>& areas, const PixelR
         keep(area.x, bottom, maxX, maxY);
     }
     return left;
+}
+
+void unite(std::vector<PixelRect>& areas, const PixelRect& other) {
+    std::vector<PixelRect> missing{other};
+    for (const auto& area : areas) {
+        if (overlap(area, other)) {
+            missing = without(missing, area);
+        }
+    }
+    areas.insert(areas.end(), missing.begin(), missing.end());
+}
+
+PixelRect boundsOf(std::span<const PixelRect> areas) {
+    auto [x, y, width, height] = areas.front();
+    int maxX = x + width;
+    int maxY = y + height;
+    for (const auto& area : areas) {
+        x = std::min(x, area.x);
+        y = std::min(y, area.y);
+        maxX = std::max(maxX, area.x + area.width);
+        maxY = std::max(maxY, area.y + area.height);
+    }
+    return {.x = x, .y = y, .width = maxX - x, .height = maxY - y};
 }
 
 } // namespace karto::x11

@@ -32,6 +32,8 @@ public:
         std::map<WindowHandle, std::vector<xcb_window_t>> below;
         // Whether windows are blended by a compositor.
         bool isComposited = false;
+
+        bool operator==(const Wanted&) const = default;
     };
 
     // Areas of the root, to be cut out of all windows below that one.

@@ -67,7 +67,9 @@ StageWindow::StageWindow(const Connection& connection, const PixelRect& area, co
 StageWindow::StageWindow(const Connection& connection, const PixelRect& area)
     : connection_(connection)
     , id_(xcb_generate_id(connection.get())) {
-    const std::array<std::uint32_t, 2> values{1, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE};
+    const std::array<std::uint32_t, 2> values{
+        1, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION |
+               XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
     const auto place = rectangle(area);
     xcb_create_window(connection.get(), 0, id_, connection.root(), place.x, place.y, place.width,
                       place.height, 0, XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT,
@@ -102,6 +104,24 @@ void StageWindow::cutDownTo(std::span<const PixelRect> areas) const {
 
 void StageWindow::makeWhole() const {
     xcb_shape_mask(connection_.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_BOUNDING, id_, 0, 0, XCB_PIXMAP_NONE);
+}
+
+void StageWindow::reshape(std::span<const PixelRect> removed, std::span<const PixelRect> added) const {
+    auto* const server = connection_.get();
+    const xcb_xfixes_region_t shape = xcb_generate_id(server);
+    const xcb_xfixes_region_t change = xcb_generate_id(server);
+    const auto take = [](std::span<const PixelRect> areas, auto request) {
+        const auto all = rectangles(areas);
+        request(static_cast<std::uint32_t>(all.size()), all.data());
+    };
+    xcb_xfixes_create_region_from_window(server, shape, id_, XCB_SHAPE_SK_BOUNDING);
+    take(removed, [&](auto count, auto* areas) { xcb_xfixes_create_region(server, change, count, areas); });
+    xcb_xfixes_subtract_region(server, shape, change, shape);
+    take(added, [&](auto count, auto* areas) { xcb_xfixes_set_region(server, change, count, areas); });
+    xcb_xfixes_union_region(server, shape, change, shape);
+    xcb_xfixes_set_window_shape_region(server, id_, XCB_SHAPE_SK_BOUNDING, 0, 0, shape);
+    xcb_xfixes_destroy_region(server, shape);
+    xcb_xfixes_destroy_region(server, change);
 }
 
 void StageWindow::show() {

@@ -15,9 +15,9 @@ namespace karto::x11 {
 
 class StageWindow {
 public:
-    // Shows what is painted on it; clicks go to whatever is below.
+    // Shows what is painted on it; the pointer reaches whatever is below.
     StageWindow(const Connection& connection, const PixelRect& area, const WindowFormat& format);
-    // Shows nothing; takes the clicks.
+    // Shows nothing; hears of the pointer, and of being hidden.
     StageWindow(const Connection& connection, const PixelRect& area);
     StageWindow(const StageWindow&) = delete;
     StageWindow& operator=(const StageWindow&) = delete;
@@ -34,6 +34,8 @@ public:
     void cutDownTo(std::span<const PixelRect> areas) const;
     // Undoes it.
     void makeWhole() const;
+    // Takes areas away and then adds some, at once.
+    void reshape(std::span<const PixelRect> removed, std::span<const PixelRect> added) const;
 
     void show();
     void hide();

@@ -1,9 +1,12 @@
 #include "Karto/Platform/X11/Stage/Surface.h"
 
 #include "Karto/Platform/X11/Server/Rectangles.h"
+#include "Karto/Platform/X11/Stage/PixelArea.h"
 
+#include <cstddef>
 #include <utility>
 #include <variant>
+#include <vector>
 
 namespace karto::x11 {
 
@@ -24,6 +27,7 @@ xcb_render_color_t colour(Pixel pixel) {
 
 Surface::Surface(const Connection& connection, const PixelRect& area, const WindowFormat& format)
     : connection_(connection)
+    , format_(format)
     , window_(connection, area, format)
     , picture_(xcb_generate_id(connection.get())) {
     xcb_render_create_picture(connection.get(), picture_, window_.id(), format.format, 0, nullptr);
@@ -32,9 +36,11 @@ Surface::Surface(const Connection& connection, const PixelRect& area, const Wind
 Surface::~Surface() { xcb_render_free_picture(connection_.get(), picture_); }
 
 void Surface::setPlan(PaintPlan plan, Images images) {
+    if (plan.background != plan_.background) {
+        xcb_change_window_attributes(connection_.get(), window_.id(), XCB_CW_BACK_PIXEL, &plan.background);
+    }
     plan_ = std::move(plan);
     images_ = std::move(images);
-    xcb_change_window_attributes(connection_.get(), window_.id(), XCB_CW_BACK_PIXEL, &plan_.background);
 }
 
 void Surface::show() {
@@ -44,33 +50,81 @@ void Surface::show() {
 
 void Surface::paint() {
     painted_ = xcb_no_operation(connection_.get()).sequence;
+    exposed_.clear();
     if (!isClear_) {
         // All of it: zero is as far as the window goes.
         xcb_clear_area(connection_.get(), 0, window_.id(), 0, 0, 0, 0);
     }
     isClear_ = false;
     for (const auto& step : plan_.steps) {
-        paint(step);
+        paint(step, picture_, {});
     }
 }
 
-void Surface::paint(const PaintStep& step) const {
-    const auto areas = rectangles(step.areas);
+void Surface::repaint(std::span<const PixelRect> areas) {
+    // What is far apart would need a large canvas with little on it.
+    constexpr std::size_t mostCanvases = 16;
+    if (areas.size() > mostCanvases) {
+        repaintTogether(areas);
+        return;
+    }
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        repaintTogether(areas.subspan(i, 1));
+    }
+}
+
+void Surface::repaintTogether(std::span<const PixelRect> areas) const {
+    const auto bounds = boundsOf(areas);
+    const auto size = rectangle(bounds);
+    const xcb_pixmap_t pixmap = xcb_generate_id(connection_.get());
+    const xcb_render_picture_t canvas = xcb_generate_id(connection_.get());
+    xcb_create_pixmap(connection_.get(), format_.depth, pixmap, window_.id(), size.width, size.height);
+    xcb_render_create_picture(connection_.get(), canvas, pixmap, format_.format, 0, nullptr);
+    xcb_free_pixmap(connection_.get(), pixmap);
+    for (const auto& step : cutDown(plan_, areas).steps) {
+        paint(step, canvas, bounds);
+    }
+    for (const auto& area : rectangles(areas)) {
+        xcb_render_composite(connection_.get(), XCB_RENDER_PICT_OP_SRC, canvas, XCB_RENDER_PICTURE_NONE,
+                             picture_, static_cast<std::int16_t>(area.x - size.x),
+                             static_cast<std::int16_t>(area.y - size.y), 0, 0, area.x, area.y, area.width,
+                             area.height);
+    }
+    xcb_render_free_picture(connection_.get(), canvas);
+}
+
+void Surface::paint(const PaintStep& step, xcb_render_picture_t target, const PixelRect& origin) const {
+    std::vector<xcb_rectangle_t> places;
+    for (auto [area, imageX, imageY] : step.areas) {
+        area.x -= origin.x;
+        area.y -= origin.y;
+        places.push_back(rectangle(area));
+    }
     if (const auto* even = std::get_if<Pixel>(&step.paint)) {
-        xcb_render_fill_rectangles(connection_.get(), operation(step.blend), picture_, colour(*even),
-                                   static_cast<std::uint32_t>(areas.size()), areas.data());
+        xcb_render_fill_rectangles(connection_.get(), operation(step.blend), target, colour(*even),
+                                   static_cast<std::uint32_t>(places.size()), places.data());
         return;
     }
     const auto image = images_.at(std::get<std::shared_ptr<const Image>>(step.paint).get())->picture();
-    for (const auto& area : areas) {
-        xcb_render_composite(connection_.get(), operation(step.blend), image, XCB_RENDER_PICTURE_NONE,
-                             picture_, 0, 0, 0, 0, area.x, area.y, area.width, area.height);
+    for (std::size_t i = 0; i < places.size(); ++i) {
+        const auto& [x, y, width, height] = places[i];
+        xcb_render_composite(connection_.get(), operation(step.blend), image, XCB_RENDER_PICTURE_NONE, target,
+                             static_cast<std::int16_t>(step.areas[i].imageX),
+                             static_cast<std::int16_t>(step.areas[i].imageY), 0, 0, x, y, width, height);
     }
 }
 
-bool Surface::isLost(const xcb_generic_event_t& exposure) const {
+void Surface::expose(const xcb_generic_event_t& event) {
+    const auto& exposure = eventAs<xcb_expose_event_t>(event);
     // The count wraps around.
-    return static_cast<std::int32_t>(exposure.full_sequence - painted_) >= 0;
+    const bool isLost = static_cast<std::int32_t>(event.full_sequence - painted_) >= 0;
+    if (isLost) {
+        exposed_.push_back(
+            {.x = exposure.x, .y = exposure.y, .width = exposure.width, .height = exposure.height});
+    }
+    if (exposure.count == 0) {
+        repaint(std::exchange(exposed_, {}));
+    }
 }
 
 } // namespace karto::x11

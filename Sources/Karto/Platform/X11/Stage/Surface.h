@@ -14,6 +14,8 @@
 #include <cstdint>
 #include <map>
 #include <memory>
+#include <span>
+#include <vector>
 
 namespace karto::x11 {
 
@@ -32,27 +34,35 @@ public:
 
     [[nodiscard]] xcb_window_t id() const { return window_.id(); }
 
-    // `images` has every image of the plan. What is painted lasts until the window is hidden.
+    // `images` has every image of the plan. What was painted by another plan stays until it is painted anew,
+    // and all of it until the window is hidden.
     void setPlan(PaintPlan plan, Images images);
 
     void show();
     void paint();
+    // Paints areas of the window, which do not overlap. Nobody sees them half painted.
+    void repaint(std::span<const PixelRect> areas);
 
-    // Whether an exposure took away what was painted last.
-    [[nodiscard]] bool isLost(const xcb_generic_event_t& exposure) const;
+    // Paints what an exposure took away; it is one of this window.
+    void expose(const xcb_generic_event_t& event);
 
 private:
-    void paint(const PaintStep& step) const;
+    void repaintTogether(std::span<const PixelRect> areas) const;
+    // origin: the pixel of the window that is at the top left of the target.
+    void paint(const PaintStep& step, xcb_render_picture_t target, const PixelRect& origin) const;
 
     const Connection& connection_;
+    WindowFormat format_;
     StageWindow window_;
     xcb_render_picture_t picture_;
     PaintPlan plan_;
     Images images_;
     // The server has filled the window with its background, and nothing has been painted on it.
     bool isClear_ = false;
-    // The request that the last painting began with, in the server's count.
+    // The request that the last painting of all began with, in the server's count.
     std::uint32_t painted_ = 0;
+    // What the first ones of several exposures took away.
+    std::vector<PixelRect> exposed_;
 };
 
 } // namespace karto::x11
