@@ -44,16 +44,24 @@ TEST_P(StageOnManager, aWindowIsInFrontOfAllOthersOrDirectlyBelowOneAndInNobodys
     EXPECT_TRUE(shows(200, 150, red));
     const Application beta =
         Application::probe(desktop, "plain", "beta", {.x = 350, .y = 250, .width = 400, .height = 300});
-    const xcb_window_t menu = mapUnmanaged({.x = 600, .y = 500, .width = 300, .height = 100});
-    EXPECT_TRUE(shows(400, 350, red));
-    EXPECT_TRUE(shows(700, 550, red));
-    EXPECT_EQ(x.activeWindow(), beta.window());
-    EXPECT_TRUE(reaches([&] { return windowAt(400, 350) == topLevel(beta.window()); }));
-    EXPECT_FALSE(x.clientOf(getpid()));
-    overlay->orderOut();
-    present();
-    EXPECT_TRUE(shows(400, 350, slate));
-    xcb_destroy_window(server(), menu);
+    for (const bool comesLast : {false, true}) {
+        SCOPED_TRACE(comesLast);
+        const xcb_window_t menu = mapUnmanaged({.x = 600, .y = 500, .width = 300, .height = 100});
+        if (comesLast) {
+            EXPECT_TRUE(shows(700, 550, green));
+            overlay->orderFront();
+            present();
+        }
+        EXPECT_TRUE(shows(400, 350, red));
+        EXPECT_TRUE(shows(700, 550, red));
+        EXPECT_EQ(x.activeWindow(), beta.window());
+        EXPECT_TRUE(reaches([&] { return windowAt(400, 350) == topLevel(beta.window()); }));
+        EXPECT_FALSE(x.clientOf(getpid()));
+        overlay->orderOut();
+        present();
+        EXPECT_TRUE(shows(400, 350, slate));
+        xcb_destroy_window(server(), menu);
+    }
 
     overlay->setIgnoresMouse(false);
     overlay->orderBelow({.id = beta.window()});

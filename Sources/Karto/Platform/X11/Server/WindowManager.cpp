@@ -50,6 +50,12 @@ std::string WindowManager::name() {
             .get());
 }
 
+bool WindowManager::paintsByAge() {
+    // What is built on its library names it, too, but for one.
+    const auto manager = name();
+    return manager.contains("Mutter") || manager == "GNOME Shell";
+}
+
 Registration WindowManager::observeChanges(std::function<void(bool)> onChange) {
     onChange_ = std::move(onChange);
     return Registration(callbacks_.wrap([this] { onChange_ = nullptr; }));

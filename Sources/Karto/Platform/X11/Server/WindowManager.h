@@ -28,6 +28,10 @@ public:
     // What it calls itself; empty when there is none.
     std::string name();
 
+    // Whether, where it composites too, it paints windows that it does not manage in the order in which they
+    // were shown, whatever their order is now.
+    bool paintsByAge();
+
     // Called when the window manager went away, and when one came.
     [[nodiscard]] Registration observeChanges(std::function<void(bool alive)> onChange);
 

@@ -91,7 +91,7 @@ void BorderlessWindow::prepare() {
 
 void BorderlessWindow::orderOut() {
     if (isMapped()) {
-        standing_ = share_.isTranslucent ? Standing(Ready{}) : Standing(Hidden{});
+        standing_ = share_.mayWait ? Standing(Ready{}) : Standing(Hidden{});
     }
 }
 
@@ -254,16 +254,17 @@ void BorderlessWindow::cutOut(std::vector<PixelRect> areas) {
     if (!surface_) {
         return;
     }
-    // One compositor never fills the last hole of a window unless that is shown anew.
-    const bool appearsAnew = cuts_.empty() && surface_->window().isShown();
-    if (appearsAnew) {
-        surface_->window().hide();
-    }
     applyShape();
-    if (appearsAnew) {
-        surface_->show();
-        surface_->paint();
+    // One compositor never fills the last hole of a window unless that is shown anew.
+    if (cuts_.empty() && surface_->window().isShown()) {
+        showAnew();
     }
+}
+
+void BorderlessWindow::showAnew() {
+    surface_->window().hide();
+    surface_->show();
+    surface_->paint();
 }
 
 void BorderlessWindow::rebuild() { surface_.reset(); }

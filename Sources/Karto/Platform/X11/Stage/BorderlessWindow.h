@@ -32,6 +32,8 @@ struct StageShare {
     // What the windows are made of.
     WindowFormat format;
     bool isTranslucent = false;
+    // Whether windows may wait out of sight among those of the desktop.
+    bool mayWait = false;
     // How often a window was given a place among others, or on the desktop.
     std::uint64_t turns = 0;
     // The modifiers held now.
@@ -43,7 +45,8 @@ public:
     struct Hidden {};
 
     // About to be shown, or hidden a moment ago. A translucent desktop keeps what is painted on a window, so
-    // it is there already, beyond the edge of the desktop; otherwise only what its picture needs is.
+    // it is there already, beyond the edge of the desktop, if it may; otherwise only what its picture needs
+    // is.
     struct Ready {};
 
     struct InFront {
@@ -102,6 +105,8 @@ public:
 
     // Takes areas of the root out of the window, until told otherwise.
     void cutOut(std::vector<PixelRect> areas);
+    // Hides the window, which must be shown, and shows it again at once.
+    void showAnew();
     // Hides what was only ready.
     void retire();
     // To be called when the share's format has changed.
@@ -127,7 +132,7 @@ private:
     }
 
     // Whether the server has it among the windows of the desktop.
-    [[nodiscard]] bool isMapped() const { return isShown() || (isReady() && share_.isTranslucent); }
+    [[nodiscard]] bool isMapped() const { return isShown() || (isReady() && share_.mayWait); }
 
     [[nodiscard]] bool takesMouse() const { return isShown() && !ignoresMouse_; }
 

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <ranges>
 #include <tuple>
 #include <utility>
 #include <variant>
@@ -17,6 +18,7 @@ constexpr std::chrono::seconds lingerTime{10};
 OverlayStage::OverlayStage(Connection& connection, WindowManager& manager, karto::ModifierEvents& modifiers,
                            DesktopTheme& theme, Scheduler& scheduler)
     : connection_(connection)
+    , manager_(manager)
     , scheduler_(scheduler)
     , theme_(theme)
     , formats_(readRenderFormats(connection).value_or(RenderFormats()))
@@ -25,8 +27,10 @@ OverlayStage::OverlayStage(Connection& connection, WindowManager& manager, karto
              .cursors = Cursors(connection, [this] { showCursors(); }),
              .format = formats_.opaque,
              .held = modifiers.held()}
-    , order_(connection, manager, scheduler,
-             [this](WindowHandle above, const std::vector<PixelRect>& areas) { cutOut(above, areas); })
+    , order_(
+          connection, manager, scheduler,
+          [this](WindowHandle above, const std::vector<PixelRect>& areas) { cutOut(above, areas); },
+          [this] { showAnew(); })
     , themeChanges_(theme.observeChanges([this] { styleObservers_.notify(); }))
     // The server tells of them and of the pointer in one order.
     , modifierChanges_(modifiers.observe([this](ModifierFlags held) { share_.held = held; })) {
@@ -113,26 +117,39 @@ void OverlayStage::retire() {
     present();
 }
 
-StageOrder::Wanted OverlayStage::wantedOrder() const {
+std::vector<BorderlessWindow*> OverlayStage::windowsInFront() const {
     using InFront = BorderlessWindow::InFront;
-    using Below = BorderlessWindow::Below;
+    std::vector<BorderlessWindow*> inFront;
+    std::ranges::copy_if(windows_, std::back_inserter(inFront), [](const auto* window) {
+        return std::holds_alternative<InFront>(window->standing());
+    });
+    std::ranges::sort(inFront, std::greater(), [](const auto* window) {
+        return std::pair(window->level(), std::get<InFront>(window->standing()).turn);
+    });
+    return inFront;
+}
+
+StageOrder::Wanted OverlayStage::wantedOrder() const {
     StageOrder::Wanted wanted{.front = {}, .below = {}, .isComposited = compositor_->isRunning()};
-    std::vector<const BorderlessWindow*> inFront;
     for (const auto* window : windows_) {
-        if (std::holds_alternative<InFront>(window->standing())) {
-            inFront.push_back(window);
-        } else if (const auto* below = std::get_if<Below>(&window->standing())) {
+        if (const auto* below = std::get_if<BorderlessWindow::Below>(&window->standing())) {
             auto& group = wanted.below[below->window];
             std::ranges::copy(window->windows(), std::back_inserter(group));
         }
     }
-    std::ranges::sort(inFront, std::greater(), [](const auto* window) {
-        return std::pair(window->level(), std::get<InFront>(window->standing()).turn);
-    });
-    for (const auto* window : inFront) {
+    for (const auto* window : windowsInFront()) {
         std::ranges::copy(window->windows(), std::back_inserter(wanted.front));
     }
     return wanted;
+}
+
+void OverlayStage::showAnew() {
+    xcb_grab_server(connection_.get());
+    for (auto* window : windowsInFront() | std::views::reverse) {
+        window->showAnew();
+    }
+    xcb_ungrab_server(connection_.get());
+    connection_.flush();
 }
 
 void OverlayStage::cutOut(WindowHandle above, const std::vector<PixelRect>& areas) {
@@ -154,6 +171,8 @@ Registration OverlayStage::observeStyleChanges(std::function<void()> onChange) {
 
 void OverlayStage::chooseFormat() {
     share_.isTranslucent = compositor_->isRunning() && formats_.translucent.has_value();
+    // One that waits would come back below whatever was shown meanwhile.
+    share_.mayWait = share_.isTranslucent && !manager_.paintsByAge();
     share_.format = share_.isTranslucent ? formats_.translucent.value_or(formats_.opaque) : formats_.opaque;
 }
 

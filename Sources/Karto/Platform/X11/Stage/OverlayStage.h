@@ -46,9 +46,13 @@ private:
     void followCompositor();
     // Out of the windows below that one; nothing out of windows below no other.
     void cutOut(WindowHandle above, const std::vector<PixelRect>& areas);
+    void showAnew();
+    // From the top down.
+    [[nodiscard]] std::vector<BorderlessWindow*> windowsInFront() const;
     [[nodiscard]] StageOrder::Wanted wantedOrder() const;
 
     Connection& connection_;
+    WindowManager& manager_;
     Scheduler& scheduler_;
     DesktopTheme& theme_;
     RenderFormats formats_;

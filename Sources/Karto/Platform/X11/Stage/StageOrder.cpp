@@ -70,11 +70,13 @@ bool changesOrder(const xcb_generic_event_t& event, xcb_window_t root) {
 
 } // namespace
 
-StageOrder::StageOrder(Connection& connection, WindowManager& manager, Scheduler& scheduler, CutOut cutOut)
+StageOrder::StageOrder(Connection& connection, WindowManager& manager, Scheduler& scheduler, CutOut cutOut,
+                       ShowAnew showAnew)
     : connection_(connection)
     , manager_(manager)
     , scheduler_(scheduler)
-    , cutOut_(std::move(cutOut)) {}
+    , cutOut_(std::move(cutOut))
+    , showAnew_(std::move(showAnew)) {}
 
 void StageOrder::want(Wanted wanted) {
     wanted_ = std::move(wanted);
@@ -158,6 +160,9 @@ void StageOrder::keepInFront(Stack stack) {
         return;
     }
     stackInFront(connection_, wanted_.front);
+    if (wanted_.isComposited && manager_.paintsByAge()) {
+        showAnew_();
+    }
     const auto corrected = readStack();
     immovable_ = others(corrected);
 }

@@ -39,7 +39,11 @@ public:
     // Areas of the root, to be cut out of all windows below that one.
     using CutOut = std::function<void(WindowHandle, const std::vector<PixelRect>&)>;
 
-    StageOrder(Connection& connection, WindowManager& manager, Scheduler& scheduler, CutOut cutOut);
+    // Shows all windows in front once more, from the bottom up.
+    using ShowAnew = std::function<void()>;
+
+    StageOrder(Connection& connection, WindowManager& manager, Scheduler& scheduler, CutOut cutOut,
+               ShowAnew showAnew);
 
     // Finds out what restack() needs, and cuts out what has to be cut out.
     void want(Wanted wanted);
@@ -71,6 +75,7 @@ private:
     WindowManager& manager_;
     Scheduler& scheduler_;
     CutOut cutOut_;
+    ShowAnew showAnew_;
     Wanted wanted_;
     std::map<WindowHandle, xcb_window_t> topLevels_;
     // Windows that nothing gets above, the compositor's own for one.
