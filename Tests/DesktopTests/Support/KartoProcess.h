@@ -36,6 +36,7 @@ private:
 // What the log says about a command that had a destination.
 struct Outcome {
     Rect target;
+    // Nothing when it could not be read back.
     Rect result;
     bool accepted = false;
 

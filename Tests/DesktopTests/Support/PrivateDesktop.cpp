@@ -1,6 +1,7 @@
 #include "Support/PrivateDesktop.h"
 
 #include <fmt/format.h>
+#include <fmt/ranges.h>
 #include <xcb/randr.h>
 
 #include <algorithm>
@@ -261,8 +262,11 @@ ChildProcess PrivateDesktop::start(const std::vector<std::string>& arguments, co
 
 void PrivateDesktop::run(const std::vector<std::string>& arguments) {
     ChildProcess program = start(arguments);
-    if (program.waitForExit() != Exit{.status = 0, .signal = {}}) {
-        throw std::runtime_error(arguments.front() + " failed: " + program.errors());
+    const auto exit = program.waitForExit().value_or(Exit{});
+    if (exit != Exit{.status = 0, .signal = {}}) {
+        throw std::runtime_error(fmt::format("{} failed with status {}, signal {}: {}",
+                                             fmt::join(arguments, " "), exit.status.value_or(-1),
+                                             exit.signal.value_or(-1), program.errors()));
     }
 }
 
