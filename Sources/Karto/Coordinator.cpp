@@ -266,7 +266,7 @@ void Coordinator::layOut(const DisplayInfo& display, Ring zones, std::span<const
         windows_.setFrame(plan[i], list[i].element);
         const auto result = windows_.frame(list[i].element);
         if (!result || !matches(*result, plan[i])) {
-            refusals.push_back(list[i].appName.value_or("unknown application"));
+            refusals.push_back(list[i].shownAppName());
         }
     }
     auto outcome =

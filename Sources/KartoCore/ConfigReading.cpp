@@ -17,8 +17,8 @@ namespace karto {
 
 namespace {
 
-std::string_view typeName(const toml::node& node) {
-    switch (node.type()) {
+constexpr std::string_view typeName(toml::node_type type) {
+    switch (type) {
     case toml::node_type::table: return "a table";
     case toml::node_type::array: return "an array";
     case toml::node_type::string: return "a string";
@@ -40,7 +40,7 @@ struct Form;
 
 template<>
 struct Form<std::string> {
-    static constexpr std::string_view name = "a string";
+    static constexpr std::string_view name = typeName(toml::node_type::string);
 
     static std::optional<std::string> read(const toml::node& node) { return node.value_exact<std::string>(); }
 };
@@ -59,7 +59,7 @@ struct Form<double> {
 
 template<>
 struct Form<std::int64_t> {
-    static constexpr std::string_view name = "an integer";
+    static constexpr std::string_view name = typeName(toml::node_type::integer);
 
     static std::optional<std::int64_t> read(const toml::node& node) {
         const auto real = node.value_exact<double>();
@@ -73,7 +73,7 @@ struct Form<std::int64_t> {
 
 template<>
 struct Form<const toml::table*> {
-    static constexpr std::string_view name = "a table";
+    static constexpr std::string_view name = typeName(toml::node_type::table);
 
     static std::optional<const toml::table*> read(const toml::node& node) {
         return node.is_table() ? std::optional(node.as_table()) : std::nullopt;
@@ -82,7 +82,7 @@ struct Form<const toml::table*> {
 
 template<>
 struct Form<const toml::array*> {
-    static constexpr std::string_view name = "an array";
+    static constexpr std::string_view name = typeName(toml::node_type::array);
 
     static std::optional<const toml::array*> read(const toml::node& node) {
         return node.is_array() ? std::optional(node.as_array()) : std::nullopt;
@@ -174,7 +174,7 @@ private:
         auto value = Form<Value>::read(node);
         if (!value) {
             fail(ReadFailure::Kind::typeMismatch,
-                 fmt::format("expected {}, found {}", Form<Value>::name, typeName(node)));
+                 fmt::format("expected {}, found {}", Form<Value>::name, typeName(node.type())));
         }
         if constexpr (std::is_same_v<Value, std::string>) {
             if (value) {

@@ -28,6 +28,9 @@ struct WindowSnapshot {
     std::shared_ptr<const Image> icon;
     std::int32_t pid = 0;
 
+    // What a person is told its application is called.
+    [[nodiscard]] std::string shownAppName() const { return appName.value_or("unknown application"); }
+
     bool operator==(const WindowSnapshot&) const = default;
 };
 

@@ -10,6 +10,10 @@
 
 namespace karto {
 
+// Pixels; where there are several pictures of an application, the smallest one of at least that size is
+// taken. Enough for a list at three times the usual resolution.
+inline constexpr int preferredIconSize = 64;
+
 class InstalledApplications {
 public:
     virtual ~InstalledApplications() = default;

@@ -39,7 +39,7 @@ std::vector<SwitcherRow> rowsOf(const std::vector<WindowSnapshot>& entries) {
     for (const WindowSnapshot& entry : entries) {
         rows.push_back({.id = static_cast<int>(rows.size()),
                         .icon = entry.icon,
-                        .appName = entry.appName.value_or("unknown application"),
+                        .appName = entry.shownAppName(),
                         .title = entry.title});
     }
     return rows;
@@ -181,7 +181,7 @@ void SwitcherController::modifiersChanged(ModifierSet held) {
         return;
     }
     windows_.raise(chosen);
-    log_.append("switcher: raised a window of " + chosen.appName.value_or("unknown application"));
+    log_.append("switcher: raised a window of " + chosen.shownAppName());
 }
 
 } // namespace karto

@@ -22,8 +22,6 @@ namespace fs = std::filesystem;
 
 constexpr std::string_view fileEnding = ".desktop";
 constexpr std::uintmax_t largestFile = std::uintmax_t{256} * 1024;
-// Pixels; enough for a list at three times the usual resolution.
-constexpr int iconSize = 64;
 constexpr std::array iconEndings{".png", ".svg", ".xpm"};
 
 std::string lowerCase(std::string_view text) {
@@ -81,7 +79,8 @@ std::shared_ptr<const Image> loadIcon(const std::string& name, const std::vector
     if (name.empty()) {
         return nullptr;
     }
-    const auto image = namedIcon(name, folders).pixmap(QSize(iconSize, iconSize), 1).toImage();
+    const auto image =
+        namedIcon(name, folders).pixmap(QSize(preferredIconSize, preferredIconSize), 1).toImage();
     return image.isNull() ? nullptr : drawing::shared(image);
 }
 

@@ -8,7 +8,6 @@ namespace karto::x11 {
 
 namespace {
 
-constexpr std::size_t blockSize = 128;
 constexpr std::size_t firstDescriptor = 54;
 constexpr std::size_t descriptorSize = 18;
 constexpr std::size_t descriptorCount = 4;
@@ -19,7 +18,7 @@ constexpr std::array<std::uint8_t, textOffset> nameHeader{0x00, 0x00, 0x00, 0xFC
 } // namespace
 
 std::optional<std::string> productName(std::span<const std::uint8_t> edid) {
-    if (edid.size() < blockSize) {
+    if (edid.size() < edidBlockBytes) {
         return std::nullopt;
     }
     for (std::size_t i = 0; i < descriptorCount; ++i) {

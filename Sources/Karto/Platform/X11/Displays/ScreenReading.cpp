@@ -13,12 +13,6 @@ namespace karto::x11 {
 
 namespace {
 
-constexpr std::uint32_t maximumWindowWords = 1U << 16U;
-constexpr std::uint32_t maximumTypeWords = 16;
-constexpr std::uint32_t strutWords = 12;
-// The first block of 128 bytes; the name stands there.
-constexpr std::uint32_t edidWords = 128 / 4;
-
 // Tells a late answer from none: windows and outputs may vanish at any time.
 bool passed(Deadline deadline) { return std::chrono::steady_clock::now() >= deadline; }
 
@@ -36,8 +30,8 @@ std::optional<Outline> readOutline(Connection& connection, bool hasRandr) {
     xcb_connection_t* const xcb = connection.get();
     const auto root = connection.root();
     const auto geometryRequest = xcb_get_geometry(xcb, root);
-    const auto clientsRequest = requestProperty(connection, root, connection.atoms().netClientList,
-                                                XCB_ATOM_WINDOW, maximumWindowWords);
+    const auto clientsRequest =
+        requestProperty(connection, root, connection.atoms().netClientList, XCB_ATOM_WINDOW, mostWindows);
     const auto treeRequest = xcb_query_tree(xcb, root);
     const auto deadline = deadlineFromNow();
     Outline outline;
@@ -88,7 +82,7 @@ std::vector<MonitorRequest> requestMonitors(Connection& connection,
         if (xcb_randr_monitor_info_outputs_length(&monitor) > 0) {
             const auto output = *xcb_randr_monitor_info_outputs(&monitor);
             request.edid = xcb_randr_get_output_property(connection.get(), output, connection.atoms().edid,
-                                                         XCB_ATOM_INTEGER, 0, edidWords, 0, 0);
+                                                         XCB_ATOM_INTEGER, 0, edidBlockBytes / 4, 0, 0);
         }
         requests.push_back(request);
     }
@@ -136,11 +130,9 @@ struct WindowRequest {
 WindowRequest requestWindow(Connection& connection, xcb_window_t window) {
     const Atoms& atoms = connection.atoms();
     return {.window = window,
-            .strutPartial =
-                requestProperty(connection, window, atoms.netWmStrutPartial, XCB_ATOM_CARDINAL, strutWords),
-            .strut = requestProperty(connection, window, atoms.netWmStrut, XCB_ATOM_CARDINAL, strutWords),
-            .type =
-                requestProperty(connection, window, atoms.netWmWindowType, XCB_ATOM_ATOM, maximumTypeWords)};
+            .strutPartial = requestProperty(connection, window, atoms.netWmStrutPartial, XCB_ATOM_CARDINAL),
+            .strut = requestProperty(connection, window, atoms.netWmStrut, XCB_ATOM_CARDINAL),
+            .type = requestProperty(connection, window, atoms.netWmWindowType, XCB_ATOM_ATOM)};
 }
 
 std::vector<WindowRequest> requestWindows(Connection& connection, const Outline& outline) {

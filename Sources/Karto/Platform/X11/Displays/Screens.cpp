@@ -11,8 +11,6 @@ namespace {
 
 // One change of the screens comes as several events, and panels follow it.
 constexpr std::chrono::milliseconds gatherTime{120};
-// Until a server that did not answer is asked again.
-constexpr std::chrono::milliseconds retryTime{1000};
 
 // The number of the extension's first event; absent when the server lacks it.
 std::optional<int> useRandr(Connection& connection) {

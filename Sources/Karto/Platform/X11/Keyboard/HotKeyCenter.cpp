@@ -10,8 +10,6 @@ namespace {
 
 // One change of the keyboard comes as several events.
 constexpr std::chrono::milliseconds gatherTime{100};
-// Until a server that did not answer is asked again.
-constexpr std::chrono::milliseconds retryTime{1000};
 
 // Every subset of the bits, the empty one first.
 std::vector<std::uint8_t> subsets(std::uint8_t bits) {

@@ -38,6 +38,9 @@ inline constexpr std::chrono::milliseconds requestBound{250};
 // a while.
 inline constexpr std::chrono::milliseconds startBound{5000};
 
+// Until a server that did not answer is asked again.
+inline constexpr std::chrono::milliseconds retryTime{1000};
+
 inline Deadline deadlineFromNow(std::chrono::milliseconds bound = requestBound) {
     return std::chrono::steady_clock::now() + bound;
 }
@@ -159,10 +162,15 @@ private:
     WeakCallbacks callbacks_;
 };
 
+// Of a property that holds a name or a handful of values.
+inline constexpr std::uint32_t fewWords = 64;
+// Of a property that lists windows: more than any desktop has.
+inline constexpr std::uint32_t mostWindows = 4096;
+
 // The whole property of a window, at most maximumWords 32-bit words of it.
 inline xcb_get_property_cookie_t requestProperty(const Connection& connection, xcb_window_t window,
                                                  xcb_atom_t property, xcb_atom_t type,
-                                                 std::uint32_t maximumWords) {
+                                                 std::uint32_t maximumWords = fewWords) {
     return xcb_get_property(connection.get(), 0, window, property, type, 0, maximumWords);
 }
 

@@ -36,9 +36,7 @@ Authorization authorizationFor(const ServerSocket& server, int displayNumber) {
     if (address.empty()) {
         // Servers of this machine stand under its name.
         family = FamilyLocal;
-        std::array<char, HOST_NAME_MAX + 1> name{};
-        gethostname(name.data(), name.size() - 1);
-        address = name.data();
+        address = hostName();
     }
     const auto number = std::to_string(displayNumber);
     Authorization result;
@@ -84,6 +82,12 @@ std::unique_ptr<xcb_connection_t, Disconnect> shakeHands(ServerSocket server, Au
 }
 
 } // namespace
+
+std::string hostName() {
+    std::array<char, HOST_NAME_MAX + 1> name{};
+    gethostname(name.data(), name.size() - 1);
+    return name.data();
+}
 
 std::string displayName() {
     const char* display = std::getenv("DISPLAY"); // NOLINT(concurrency-mt-unsafe)

@@ -21,6 +21,9 @@ struct OpenConnection {
     int screenNumber = 0;
 };
 
+// This machine's, by which servers and clients know it.
+std::string hostName();
+
 // The display's name in the environment.
 std::string displayName();
 

@@ -9,7 +9,6 @@ namespace karto::x11 {
 
 namespace {
 
-constexpr std::uint32_t fewWords = 64;
 constexpr std::uint32_t longestTitle = 256;
 constexpr std::uint32_t onAllDesktops = 0xFFFFFFFF;
 constexpr std::uint32_t iconicState = 3;
@@ -19,7 +18,9 @@ Insets insets(std::span<const std::uint32_t> values) {
         return {};
     }
     // A nonsensical value must not overflow what is computed from it.
-    const auto pixels = [](std::uint32_t value) { return static_cast<int>(std::min(value, 0x7FFFU)); };
+    const auto pixels = [](std::uint32_t value) {
+        return static_cast<int>(std::min<std::uint32_t>(value, mostPixels));
+    };
     return {.left = pixels(values[0]),
             .right = pixels(values[1]),
             .top = pixels(values[2]),

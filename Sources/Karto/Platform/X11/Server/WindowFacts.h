@@ -15,6 +15,9 @@
 
 namespace karto::x11 {
 
+// Of a length: beyond what any screen shows.
+inline constexpr int mostPixels = 0x7FFF;
+
 struct Insets {
     int left = 0;
     int right = 0;

@@ -40,14 +40,12 @@ std::string WindowManager::name() {
     if (!alive()) {
         return "";
     }
-    constexpr std::uint32_t longestName = 64;
     const auto& atoms = connection_.atoms();
-    return text(
-        connection_
-            .await<xcb_get_property_reply_t>(
-                requestProperty(connection_, checkWindow_, atoms.netWmName, atoms.utf8String, longestName),
-                deadlineFromNow())
-            .get());
+    return text(connection_
+                    .await<xcb_get_property_reply_t>(
+                        requestProperty(connection_, checkWindow_, atoms.netWmName, atoms.utf8String),
+                        deadlineFromNow())
+                    .get());
 }
 
 bool WindowManager::paintsByAge() {

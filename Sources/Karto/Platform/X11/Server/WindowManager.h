@@ -5,6 +5,7 @@
 
 #include <xcb/xcb.h>
 
+#include <cstdint>
 #include <functional>
 #include <optional>
 #include <set>
@@ -12,6 +13,10 @@
 #include <vector>
 
 namespace karto::x11 {
+
+// Of a request to the manager: that it comes from the person, through a tool of theirs, and not from the
+// window's own program.
+inline constexpr std::uint32_t sourceIsPager = 2;
 
 class WindowManager {
 public:

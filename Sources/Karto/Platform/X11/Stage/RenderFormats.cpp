@@ -11,8 +11,6 @@ namespace karto::x11 {
 
 namespace {
 
-constexpr std::uint8_t translucentDepth = 32;
-
 bool hasExtensions(const Connection& connection) {
     constexpr std::array needed{&xcb_render_id, &xcb_shape_id, &xcb_xfixes_id};
     return std::ranges::all_of(needed, [&](xcb_extension_t* extension) {

@@ -11,6 +11,9 @@
 
 namespace karto::x11 {
 
+// Of pixels 0xAARRGGBB.
+inline constexpr std::uint8_t translucentDepth = 32;
+
 struct WindowFormat {
     xcb_visualid_t visual = 0;
     std::uint8_t depth = 0;

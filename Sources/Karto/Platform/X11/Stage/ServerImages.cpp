@@ -1,5 +1,7 @@
 #include "Karto/Platform/X11/Stage/ServerImages.h"
 
+#include "Karto/Platform/X11/Stage/RenderFormats.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <cstdint>
@@ -9,8 +11,6 @@
 namespace karto::x11 {
 
 namespace {
-
-constexpr std::uint8_t depth = 32;
 
 // In bands of rows, each as large as the server takes a request.
 void send(const Connection& connection, xcb_pixmap_t pixmap, const Image& image) {
@@ -27,7 +27,8 @@ void send(const Connection& connection, xcb_pixmap_t pixmap, const Image& image)
         const auto bytes = std::as_bytes(band);
         xcb_put_image(connection.get(), XCB_IMAGE_FORMAT_Z_PIXMAP, pixmap, context,
                       static_cast<std::uint16_t>(width), static_cast<std::uint16_t>(band.size() / width), 0,
-                      static_cast<std::int16_t>(first), 0, depth, static_cast<std::uint32_t>(bytes.size()),
+                      static_cast<std::int16_t>(first), 0, translucentDepth,
+                      static_cast<std::uint32_t>(bytes.size()),
                       // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
                       reinterpret_cast<const std::uint8_t*>(bytes.data()));
     }
@@ -42,7 +43,7 @@ ServerImage::ServerImage(const Connection& connection, xcb_render_pictformat_t f
     , image_(std::move(image))
     , picture_(xcb_generate_id(connection.get())) {
     const xcb_pixmap_t pixmap = xcb_generate_id(connection.get());
-    xcb_create_pixmap(connection.get(), depth, pixmap, connection.root(),
+    xcb_create_pixmap(connection.get(), translucentDepth, pixmap, connection.root(),
                       static_cast<std::uint16_t>(image_->width), static_cast<std::uint16_t>(image_->height));
     send(connection, pixmap, *image_);
     constexpr std::uint32_t repeat = XCB_RENDER_REPEAT_NORMAL;

@@ -23,7 +23,6 @@ constexpr std::chrono::milliseconds calmTime{1000};
 constexpr int mostLifts = 2;
 // Frames within frames; no window manager makes more.
 constexpr int deepestFrame = 8;
-constexpr std::uint32_t mostWindows = 4096;
 
 void stackBeside(const Connection& connection, xcb_window_t window, xcb_window_t sibling,
                  xcb_stack_mode_t side) {

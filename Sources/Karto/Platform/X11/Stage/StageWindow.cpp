@@ -18,13 +18,6 @@ constexpr std::string_view title = "Karto";
 // Instance and class, each with the zero byte that ends it.
 constexpr std::string_view className{"karto\0Karto\0", 12};
 
-std::string hostName() {
-    std::string name(256, '\0');
-    gethostname(name.data(), name.size() - 1);
-    name.resize(name.find('\0'));
-    return name;
-}
-
 void describe(const Connection& connection, xcb_window_t window) {
     const auto setText = [&](xcb_atom_t property, xcb_atom_t type, std::string_view text) {
         xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, property, type, 8,

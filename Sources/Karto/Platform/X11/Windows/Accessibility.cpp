@@ -16,8 +16,6 @@ namespace {
 constexpr std::chrono::seconds loginPatience{5};
 // How long a burst of changes of the active window is given to end.
 constexpr std::chrono::milliseconds gatherTime{20};
-constexpr std::uint32_t mostWindows = 4096;
-constexpr std::uint32_t sourceIsPager = 2;
 
 // A number for a class of windows that names no process. Negative, and apart from all window identifiers.
 std::int32_t classNumber(std::string_view className) {

@@ -5,18 +5,11 @@
 
 namespace karto::x11 {
 
-namespace {
-
-constexpr std::uint32_t longestIdentity = 64;
-
-} // namespace
-
 std::vector<std::string> readIdentities(Connection& connection, xcb_window_t window) {
     const auto& atoms = connection.atoms();
-    const std::array requests{
-        requestProperty(connection, window, atoms.kdeNetWmDesktopFile, XCB_ATOM_ANY, longestIdentity),
-        requestProperty(connection, window, atoms.gtkApplicationId, XCB_ATOM_ANY, longestIdentity),
-        requestProperty(connection, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING, longestIdentity)};
+    const std::array requests{requestProperty(connection, window, atoms.kdeNetWmDesktopFile, XCB_ATOM_ANY),
+                              requestProperty(connection, window, atoms.gtkApplicationId, XCB_ATOM_ANY),
+                              requestProperty(connection, window, XCB_ATOM_WM_CLASS, XCB_ATOM_STRING)};
     const auto deadline = deadlineFromNow();
     std::vector<std::string> identities;
     for (const auto& request : requests) {

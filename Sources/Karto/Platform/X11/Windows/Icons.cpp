@@ -1,5 +1,7 @@
 #include "Karto/Platform/X11/Windows/Icons.h"
 
+#include "Karto/Platform/InstalledApplications.h"
+
 #include <algorithm>
 #include <cstddef>
 #include <iterator>
@@ -8,8 +10,7 @@ namespace karto::x11 {
 
 namespace {
 
-// Pixels; large enough for a list of windows at twice the usual resolution.
-constexpr std::uint32_t preferredSize = 64;
+constexpr std::uint32_t preferredSize = preferredIconSize;
 constexpr std::uint32_t largestSize = 1024;
 // Some applications carry megabytes of icons; the small ones come first.
 constexpr std::uint32_t mostWords = 128 * 1024;

@@ -14,10 +14,7 @@ constexpr std::chrono::milliseconds shortQuiet{20};
 constexpr int mostCorrections = 4;
 // What looking at a window may take on a busy machine.
 constexpr std::chrono::milliseconds lookTime{30};
-// Beyond what any screen shows.
-constexpr int mostPixels = 0x7FFF;
 
-constexpr std::uint32_t sourceIsPager = 2;
 constexpr std::uint32_t stateRemove = 0;
 
 bool fits(const WindowFacts& facts, const Rect& target) {
