@@ -38,6 +38,34 @@ TEST_F(FaultTest, theFocusedWindowClosesDuringACommand) {
     expectService();
 }
 
+TEST_F(FaultTest, aWindowUnderTheNumberOfAClosedOneIsFollowedToo) {
+    startKarto();
+    const XClient& x = desktop.x();
+    const xcb_window_t number = xcb_generate_id(x.connection());
+    const auto open = [&] {
+        xcb_create_window(x.connection(), XCB_COPY_FROM_PARENT, number, x.root(), 0, 0, 300, 200, 0,
+                          XCB_WINDOW_CLASS_INPUT_OUTPUT, XCB_COPY_FROM_PARENT, 0, nullptr);
+        xcb_map_window(x.connection(), number);
+        require("the window manager", [&] { return x.managerAnswers(patience); });
+        x.activate(number);
+        require("the window to become active", [&] { return x.activeWindow() == number; });
+    };
+    open();
+    press("AE02", "moveToZone(2)");
+    xcb_destroy_window(x.connection(), number);
+    require("the window manager", [&] { return x.managerAnswers(patience); });
+    open();
+    press("AE01", "moveToZone(1)");
+    const Rect stray{.x = 750, .y = 500, .width = 400, .height = 260};
+    const auto isAt = [&](const Rect& place) {
+        return fits(x.frameOf(number).value_or(Rect::null()), place);
+    };
+    x.place(number, stray);
+    require("a stray window", [&] { return isAt(stray); });
+    press("AC01", "snapToZone");
+    EXPECT_TRUE(eventually([&] { return isAt(zone::three); }));
+}
+
 TEST_F(FaultTest, anApplicationThatDoesNotAnswerHoldsNothingUp) {
     startKarto();
     Application stopped = Application::terminal(desktop, "stopped");

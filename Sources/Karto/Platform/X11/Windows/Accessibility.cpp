@@ -309,6 +309,10 @@ void Accessibility::readActive() {
     }
     if (active_.window != XCB_WINDOW_NONE && !active_.facts) {
         active_.facts = FactsRequest(connection_, active_.window).receive(connection_, deadlineFromNow());
+        // A manager may go on naming a window that is gone.
+        if (!active_.facts) {
+            active_ = {};
+        }
     }
 }
 
@@ -322,6 +326,11 @@ void Accessibility::noteEvent(const xcb_generic_event_t& event) {
         eventAs<xcb_property_notify_event_t>(event).atom == connection_.atoms().netActiveWindow;
     if (isActiveChange) {
         readActive();
+        return;
+    }
+    // Another window may come under its number, of which nothing has been selected.
+    if (subject == active_.window && eventCode(event) == XCB_DESTROY_NOTIFY) {
+        active_ = {};
         return;
     }
     // The count wraps around.
