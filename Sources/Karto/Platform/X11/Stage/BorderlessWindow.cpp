@@ -106,7 +106,7 @@ void BorderlessWindow::build() {
         return;
     }
     if (!surface_) {
-        surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format);
+        surface_ = std::make_unique<Surface>(share_.connection, area_, share_.format, background());
         placed_.reset();
         isPlanned_ = isShaped_ = isPainted_ = false;
     }
@@ -122,8 +122,7 @@ void BorderlessWindow::build() {
 }
 
 void BorderlessWindow::plan() {
-    auto plan = planPainting(picture_, area_.width, area_.height,
-                             share_.isTranslucent ? Background::prevailing : Background::transparent);
+    auto plan = planPainting(picture_, area_.width, area_.height, background());
     Surface::Images images;
     for (const auto& step : plan.steps) {
         if (const auto* image = std::get_if<std::shared_ptr<const Image>>(&step.paint)) {
@@ -143,7 +142,7 @@ void BorderlessWindow::plan() {
 
 void BorderlessWindow::arrange() {
     if (!takesMouse() && mouseTaker_) {
-        mouseTaker_->window().hide();
+        mouseTaker_->hide();
     }
     if (!isMapped() && surface_) {
         surface_->window().hide();
@@ -217,7 +216,7 @@ void BorderlessWindow::show() {
     }
     surface_->show();
     if (takesMouse()) {
-        mouseTaker_->window().show();
+        mouseTaker_->show();
     }
 }
 

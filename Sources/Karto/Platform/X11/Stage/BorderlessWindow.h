@@ -138,6 +138,10 @@ private:
 
     [[nodiscard]] PixelRect whole() const { return {.width = area_.width, .height = area_.height}; }
 
+    [[nodiscard]] Background background() const {
+        return share_.isTranslucent ? Background::prevailing : Background::transparent;
+    }
+
     void plan();
     void applyShape();
     // Where the picture has changed.

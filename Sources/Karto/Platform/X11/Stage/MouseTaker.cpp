@@ -6,17 +6,22 @@ namespace karto::x11 {
 
 MouseTaker::MouseTaker(Connection& connection, const PixelRect& area)
     : connection_(connection)
-    , window_(connection, area)
-    , area_(area) {}
+    , window_(connection, area) {}
 
 void MouseTaker::place(const PixelRect& area) {
-    area_ = area;
     window_.place(area);
     track_.forget();
 }
 
 void MouseTaker::setCursor(xcb_cursor_t cursor) const {
     xcb_change_window_attributes(connection_.get(), id(), XCB_CW_CURSOR, &cursor);
+}
+
+void MouseTaker::show() {
+    if (!window_.isShown()) {
+        track_.forget();
+    }
+    window_.show();
 }
 
 bool MouseTaker::handle(const xcb_generic_event_t& event, ModifierFlags held,
@@ -38,9 +43,9 @@ bool MouseTaker::handle(const xcb_generic_event_t& event, ModifierFlags held,
         break;
     default: return false;
     }
-    events =
-        track_.take(event, held,
-                    {.width = static_cast<double>(area_.width), .height = static_cast<double>(area_.height)});
+    const auto& area = window_.area();
+    events = track_.take(
+        event, held, {.width = static_cast<double>(area.width), .height = static_cast<double>(area.height)});
     return true;
 }
 
@@ -65,8 +70,9 @@ std::optional<PointerTrack::Whereabouts> MouseTaker::ask() const {
     if (answer->child != id()) {
         return PointerTrack::Whereabouts{};
     }
-    return PointerTrack::Whereabouts{.place = Point{.x = static_cast<double>(answer->root_x - area_.x),
-                                                    .y = static_cast<double>(answer->root_y - area_.y)}};
+    const auto& area = window_.area();
+    return PointerTrack::Whereabouts{.place = Point{.x = static_cast<double>(answer->root_x - area.x),
+                                                    .y = static_cast<double>(answer->root_y - area.y)}};
 }
 
 } // namespace karto::x11

@@ -24,6 +24,9 @@ public:
 
     void place(const PixelRect& area);
     void setCursor(xcb_cursor_t cursor) const;
+    void show();
+
+    void hide() { window_.hide(); }
 
     // Whether the event was one of this window; `events` is then what is to be told.
     bool handle(const xcb_generic_event_t& event, ModifierFlags held, std::vector<PointerEvent>& events);
@@ -41,7 +44,6 @@ private:
 
     Connection& connection_;
     StageWindow window_;
-    PixelRect area_;
     PointerTrack track_;
 };
 

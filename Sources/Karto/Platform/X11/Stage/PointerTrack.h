@@ -36,7 +36,7 @@ public:
 
     void learn(const Whereabouts& whereabouts) { whereabouts_ = whereabouts; }
 
-    // The window is no longer where it was.
+    // The window is shown anew, or elsewhere.
     void forget() { whereabouts_.reset(); }
 
 private:

@@ -18,6 +18,8 @@ constexpr std::string_view title = "Karto";
 // Instance and class, each with the zero byte that ends it.
 constexpr std::string_view className{"karto\0Karto\0", 12};
 
+constexpr std::uint32_t shownEvents = XCB_EVENT_MASK_EXPOSURE;
+
 void describe(const Connection& connection, xcb_window_t window) {
     const auto setText = [&](xcb_atom_t property, xcb_atom_t type, std::string_view text) {
         xcb_change_property(connection.get(), XCB_PROP_MODE_REPLACE, window, property, type, 8,
@@ -43,14 +45,15 @@ void describe(const Connection& connection, xcb_window_t window) {
 
 StageWindow::StageWindow(const Connection& connection, const PixelRect& area, const WindowFormat& format)
     : connection_(connection)
-    , id_(xcb_generate_id(connection.get())) {
-    // The background and border pixels, override-redirect, the events and the colour map.
-    const std::array<std::uint32_t, 5> values{0, 0, 1, XCB_EVENT_MASK_EXPOSURE, format.colormap};
+    , id_(xcb_generate_id(connection.get()))
+    , area_(area) {
+    // The background, the border's pixel, override-redirect, the events and the colour map.
+    const std::array<std::uint32_t, 5> values{XCB_BACK_PIXMAP_NONE, 0, 1, shownEvents, format.colormap};
     const auto place = rectangle(area);
     xcb_create_window(connection.get(), format.depth, id_, connection.root(), place.x, place.y, place.width,
                       place.height, 0, XCB_WINDOW_CLASS_INPUT_OUTPUT, format.visual,
-                      XCB_CW_BACK_PIXEL | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT | XCB_CW_EVENT_MASK |
-                          XCB_CW_COLORMAP,
+                      XCB_CW_BACK_PIXMAP | XCB_CW_BORDER_PIXEL | XCB_CW_OVERRIDE_REDIRECT |
+                          XCB_CW_EVENT_MASK | XCB_CW_COLORMAP,
                       values.data());
     describe(connection, id_);
     xcb_shape_rectangles(connection.get(), XCB_SHAPE_SO_SET, XCB_SHAPE_SK_INPUT, XCB_CLIP_ORDERING_UNSORTED,
@@ -59,7 +62,8 @@ StageWindow::StageWindow(const Connection& connection, const PixelRect& area, co
 
 StageWindow::StageWindow(const Connection& connection, const PixelRect& area)
     : connection_(connection)
-    , id_(xcb_generate_id(connection.get())) {
+    , id_(xcb_generate_id(connection.get()))
+    , area_(area) {
     const std::array<std::uint32_t, 2> values{
         1, XCB_EVENT_MASK_BUTTON_PRESS | XCB_EVENT_MASK_BUTTON_RELEASE | XCB_EVENT_MASK_POINTER_MOTION |
                XCB_EVENT_MASK_ENTER_WINDOW | XCB_EVENT_MASK_LEAVE_WINDOW | XCB_EVENT_MASK_STRUCTURE_NOTIFY};
@@ -72,7 +76,8 @@ StageWindow::StageWindow(const Connection& connection, const PixelRect& area)
 
 StageWindow::~StageWindow() { xcb_destroy_window(connection_.get(), id_); }
 
-void StageWindow::place(const PixelRect& area) const {
+void StageWindow::place(const PixelRect& area) {
+    area_ = area;
     const std::array values{static_cast<std::uint32_t>(area.x), static_cast<std::uint32_t>(area.y),
                             static_cast<std::uint32_t>(area.width), static_cast<std::uint32_t>(area.height)};
     xcb_configure_window(connection_.get(), id_,
@@ -112,7 +117,11 @@ void StageWindow::reshape(std::span<const PixelRect> removed, std::span<const Pi
     xcb_xfixes_subtract_region(server, shape, change, shape);
     take(added, [&](auto count, auto* areas) { xcb_xfixes_set_region(server, change, count, areas); });
     xcb_xfixes_union_region(server, shape, change, shape);
+    // Of many pieces the server would expose all that is between them, too.
+    constexpr std::uint32_t none = XCB_EVENT_MASK_NO_EVENT;
+    xcb_change_window_attributes(server, id_, XCB_CW_EVENT_MASK, &none);
     xcb_xfixes_set_window_shape_region(server, id_, XCB_SHAPE_SK_BOUNDING, 0, 0, shape);
+    xcb_change_window_attributes(server, id_, XCB_CW_EVENT_MASK, &shownEvents);
     xcb_xfixes_destroy_region(server, shape);
     xcb_xfixes_destroy_region(server, change);
 }

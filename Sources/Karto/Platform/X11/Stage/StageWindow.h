@@ -15,7 +15,8 @@ namespace karto::x11 {
 
 class StageWindow {
 public:
-    // Shows what is painted on it; the pointer reaches whatever is below.
+    // Shows what is painted on it, and at first whatever was there before; the pointer reaches whatever is
+    // below.
     StageWindow(const Connection& connection, const PixelRect& area, const WindowFormat& format);
     // Shows nothing; hears of the pointer, and of being hidden.
     StageWindow(const Connection& connection, const PixelRect& area);
@@ -29,12 +30,15 @@ public:
 
     [[nodiscard]] bool isShown() const { return isShown_; }
 
-    void place(const PixelRect& area) const;
+    // Of the root.
+    [[nodiscard]] const PixelRect& area() const { return area_; }
+
+    void place(const PixelRect& area);
     // Leaves the areas of the window, in its own pixels, and nothing else.
     void cutDownTo(std::span<const PixelRect> areas) const;
     // Undoes it.
     void makeWhole() const;
-    // Takes areas away and then adds some, at once.
+    // Takes areas away and then adds some, at once. Nothing is told of what is exposed by it.
     void reshape(std::span<const PixelRect> removed, std::span<const PixelRect> added) const;
 
     void show();
@@ -43,6 +47,7 @@ public:
 private:
     const Connection& connection_;
     xcb_window_t id_;
+    PixelRect area_;
     bool isShown_ = false;
 };
 

@@ -25,9 +25,11 @@ xcb_render_color_t colour(Pixel pixel) {
 
 } // namespace
 
-Surface::Surface(const Connection& connection, const PixelRect& area, const WindowFormat& format)
+Surface::Surface(const Connection& connection, const PixelRect& area, const WindowFormat& format,
+                 Background background)
     : connection_(connection)
     , format_(format)
+    , background_(background)
     , window_(connection, area, format)
     , picture_(xcb_generate_id(connection.get())) {
     xcb_render_create_picture(connection.get(), picture_, window_.id(), format.format, 0, nullptr);
@@ -36,7 +38,7 @@ Surface::Surface(const Connection& connection, const PixelRect& area, const Wind
 Surface::~Surface() { xcb_render_free_picture(connection_.get(), picture_); }
 
 void Surface::setPlan(PaintPlan plan, Images images) {
-    if (plan.background != plan_.background) {
+    if (background_ == Background::prevailing) {
         xcb_change_window_attributes(connection_.get(), window_.id(), XCB_CW_BACK_PIXEL, &plan.background);
     }
     plan_ = std::move(plan);
@@ -51,46 +53,40 @@ void Surface::show() {
 void Surface::paint() {
     painted_ = xcb_no_operation(connection_.get()).sequence;
     exposed_.clear();
-    if (!isClear_) {
-        // All of it: zero is as far as the window goes.
-        xcb_clear_area(connection_.get(), 0, window_.id(), 0, 0, 0, 0);
+    // What is cut down to many pieces is quicker to copy to than to paint on.
+    if (std::exchange(isClear_, false) && background_ == Background::prevailing) {
+        for (const auto& step : plan_.steps) {
+            paint(step, picture_, {});
+        }
+        return;
     }
-    isClear_ = false;
-    for (const auto& step : plan_.steps) {
-        paint(step, picture_, {});
-    }
+    const PixelRect whole{.width = window_.area().width, .height = window_.area().height};
+    repaint(std::span(&whole, 1));
 }
 
 void Surface::repaint(std::span<const PixelRect> areas) {
-    // What is far apart would need a large canvas with little on it.
-    constexpr std::size_t mostCanvases = 16;
-    if (areas.size() > mostCanvases) {
-        repaintTogether(areas);
+    if (areas.empty()) {
         return;
     }
-    for (std::size_t i = 0; i < areas.size(); ++i) {
-        repaintTogether(areas.subspan(i, 1));
-    }
-}
-
-void Surface::repaintTogether(std::span<const PixelRect> areas) const {
+    auto* const server = connection_.get();
     const auto bounds = boundsOf(areas);
-    const auto size = rectangle(bounds);
-    const xcb_pixmap_t pixmap = xcb_generate_id(connection_.get());
-    const xcb_render_picture_t canvas = xcb_generate_id(connection_.get());
-    xcb_create_pixmap(connection_.get(), format_.depth, pixmap, window_.id(), size.width, size.height);
-    xcb_render_create_picture(connection_.get(), canvas, pixmap, format_.format, 0, nullptr);
-    xcb_free_pixmap(connection_.get(), pixmap);
+    const auto [x, y, width, height] = rectangle(bounds);
+    const xcb_pixmap_t pixmap = xcb_generate_id(server);
+    const xcb_render_picture_t canvas = xcb_generate_id(server);
+    xcb_create_pixmap(server, format_.depth, pixmap, window_.id(), width, height);
+    xcb_render_create_picture(server, canvas, pixmap, format_.format, 0, nullptr);
+    xcb_free_pixmap(server, pixmap);
     for (const auto& step : cutDown(plan_, areas).steps) {
         paint(step, canvas, bounds);
     }
-    for (const auto& area : rectangles(areas)) {
-        xcb_render_composite(connection_.get(), XCB_RENDER_PICT_OP_SRC, canvas, XCB_RENDER_PICTURE_NONE,
-                             picture_, static_cast<std::int16_t>(area.x - size.x),
-                             static_cast<std::int16_t>(area.y - size.y), 0, 0, area.x, area.y, area.width,
-                             area.height);
-    }
-    xcb_render_free_picture(connection_.get(), canvas);
+    const auto clip = rectangles(areas);
+    xcb_render_set_picture_clip_rectangles(server, picture_, 0, 0, static_cast<std::uint32_t>(clip.size()),
+                                           clip.data());
+    xcb_render_composite(server, XCB_RENDER_PICT_OP_SRC, canvas, XCB_RENDER_PICTURE_NONE, picture_, 0, 0, 0,
+                         0, x, y, width, height);
+    constexpr std::uint32_t none = XCB_PIXMAP_NONE;
+    xcb_render_change_picture(server, picture_, XCB_RENDER_CP_CLIP_MASK, &none);
+    xcb_render_free_picture(server, canvas);
 }
 
 void Surface::paint(const PaintStep& step, xcb_render_picture_t target, const PixelRect& origin) const {

@@ -23,7 +23,9 @@ class Surface {
 public:
     using Images = std::map<const Image*, std::shared_ptr<const ServerImage>>;
 
-    Surface(const Connection& connection, const PixelRect& area, const WindowFormat& format);
+    // background: of the plans to come.
+    Surface(const Connection& connection, const PixelRect& area, const WindowFormat& format,
+            Background background);
     Surface(const Surface&) = delete;
     Surface& operator=(const Surface&) = delete;
     Surface(Surface&&) = delete;
@@ -47,12 +49,12 @@ public:
     void expose(const xcb_generic_event_t& event);
 
 private:
-    void repaintTogether(std::span<const PixelRect> areas) const;
     // origin: the pixel of the window that is at the top left of the target.
     void paint(const PaintStep& step, xcb_render_picture_t target, const PixelRect& origin) const;
 
     const Connection& connection_;
     WindowFormat format_;
+    Background background_;
     StageWindow window_;
     xcb_render_picture_t picture_;
     PaintPlan plan_;
