@@ -22,4 +22,4 @@ rm -f build/bundle/karto_*.deb
 build bundle -DKARTO_BUILD_COMMIT="$commit" -DKARTO_BUILD_DATE="$(date -u -d "@$SOURCE_DATE_EPOCH" +%F)" \
     -DCMAKE_CXX_FLAGS="$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS)" \
     -DCMAKE_EXE_LINKER_FLAGS="$(dpkg-buildflags --get LDFLAGS)" -- package
-say "Install it with: sudo apt install ./$(echo build/bundle/karto_*.deb)"
+say "Install it with: sudo apt install --reinstall ./$(echo build/bundle/karto_*.deb)"

@@ -55,14 +55,16 @@ as_person() {
     log=Library/Logs/Karto/karto-check.log
     trap 'cat "$log"; kill $(jobs -p)' EXIT
     mkdir -p .config/karto
-    rm -f "$log"
+    rm -f "$log" managed
     # The example of the manual page, for the display that there is.
     gzip -dc /usr/share/man/man1/karto.1.gz | sed -n '/^\.Bd/,/^\.Ed/{/^\./d;s/DELL U2720Q/screen/;p}' \
         >.config/karto/config.toml
     export DISPLAY=:7
     Xvfb "$DISPLAY" -screen 0 1000x800x24 -noreset 2>xvfb.err &
     await xrandr
-    openbox 2>openbox.err &
+    # It says so once it sees to windows.
+    openbox --startup "touch managed" 2>openbox.err &
+    await test -e managed
     # As the menu of a desktop starts it.
     sh -c "exec $(sed -n 's/^Exec=//p' /usr/share/applications/karto.desktop)" &
     await grep "startup: config loaded" "$log"

@@ -37,6 +37,9 @@ void fallBackToInstalledIconTheme() {
     }
 }
 
+// Finding it takes some milliseconds, which the start without a window need not wait for.
+void findWindowIcon() { QApplication::setWindowIcon(QIcon::fromTheme("karto")); }
+
 sigset_t endings() {
     sigset_t set;
     sigemptyset(&set);
@@ -62,7 +65,6 @@ QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
     QApplication::setDesktopFileName("karto");
     QApplication::setQuitOnLastWindowClosed(false);
     fallBackToInstalledIconTheme();
-    QApplication::setWindowIcon(QIcon::fromTheme("karto"));
 }
 
 QtApplicationHost::LastDeletions::~LastDeletions() {
@@ -70,6 +72,7 @@ QtApplicationHost::LastDeletions::~LastDeletions() {
 }
 
 std::size_t QtApplicationHost::runAlert(const Alert& alert) {
+    findWindowIcon();
     const auto message = QString::fromStdString(alert.message).toHtmlEscaped();
     QMessageBox box(QMessageBox::Warning, "Karto", QString("<b>%1</b>").arg(message));
     box.setInformativeText(QString::fromStdString(alert.informativeText));
@@ -111,7 +114,10 @@ void QtApplicationHost::openDesktopSettings() {
     }
 }
 
-int QtApplicationHost::run() { return QApplication::exec(); }
+int QtApplicationHost::run() {
+    findWindowIcon();
+    return QApplication::exec();
+}
 
 void QtApplicationHost::quit(int exitStatus) { QApplication::exit(exitStatus); }
 
