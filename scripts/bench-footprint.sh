@@ -1,5 +1,6 @@
 #!/usr/bin/env bash
-# What Karto costs while it does nothing: time to start, memory, processor time and wake-ups.
+# What Karto costs while it does nothing: time to start, memory, processor time and wake-ups; where its icon is docked
+# in a tray (trayer), and where a tray reads it over the message bus (xfce4-panel).
 # Installs what is missing, builds, starts Karto on a private desktop and prints a table.
 #
 #   scripts/bench-footprint.sh [STARTS]     20 starts by default
@@ -56,6 +57,35 @@ stop_karto() {
     wait "$pid" 2>/dev/null || true
 }
 
+# Sums over the threads: nanoseconds on a processor, and switches away from it, each of which took a wake-up.
+processor_time() { cat /proc/"$pid"/task/*/schedstat | awk '{ sum += $1 } END { print sum }'; }
+switches() { awk '/ctxt_switches/ { sum += $2 } END { print sum }' /proc/"$pid"/task/*/status; }
+kilobytes() { awk -v key="$1:" '$1 == key { print $2 }' /proc/"$pid"/smaps_rollup; }
+
+# Sets the row of figures $idle: resident and proportional kilobytes, nanoseconds and wake-ups.
+measure_idle() {
+    local time_before switches_before
+    start_karto
+    sleep 4
+    time_before=$(processor_time)
+    switches_before=$(switches)
+    sleep "$idle_seconds"
+    idle="$(kilobytes Rss) $(kilobytes Pss) $(($(processor_time) - time_before)) $(($(switches) - switches_before))"
+    stop_karto
+}
+
+# Ends the last program started in the background.
+end_tray() {
+    kill "${background[-1]}"
+    wait "${background[-1]}" 2>/dev/null || true
+    unset 'background[-1]'
+}
+
+# A panel in its first session asks what to look like.
+export XFCE_PANEL_MIGRATE_DEFAULT=1
+in_background xfce4-panel --disable-wm-check
+wait_for dbus-send --session --print-reply --dest=org.kde.StatusNotifierWatcher /StatusNotifierWatcher \
+    org.freedesktop.DBus.Peer.Ping
 times=()
 for ((run = 0; run < starts; ++run)); do
     start_karto
@@ -63,29 +93,24 @@ for ((run = 0; run < starts; ++run)); do
     stop_karto
 done
 mapfile -t times < <(printf '%s\n' "${times[@]}" | sort -n)
+measure_idle
+read -ra on_bus <<<"$idle"
+end_tray
 
-# Sums over the threads: nanoseconds on a processor, and switches away from it, each of which took a wake-up.
-processor_time() { cat /proc/"$pid"/task/*/schedstat | awk '{ sum += $1 } END { print sum }'; }
-switches() { awk '/ctxt_switches/ { sum += $2 } END { print sum }' /proc/"$pid"/task/*/status; }
-kilobytes() { awk -v key="$1:" '$1 == key { print $2 }' /proc/"$pid"/smaps_rollup; }
-
-start_karto
-background+=("$pid")
-sleep 3
-time_before=$(processor_time)
-switches_before=$(switches)
-sleep "$idle_seconds"
-time_after=$(processor_time)
-switches_after=$(switches)
+in_background trayer --edge top --height 24
+measure_idle
+read -ra docked <<<"$idle"
+end_tray
 
 awk -v middle="${times[starts / 2]}" -v fastest="${times[0]}" -v slowest="${times[-1]}" -v starts="$starts" \
-    -v resident="$(kilobytes Rss)" -v proportional="$(kilobytes Pss)" -v seconds="$idle_seconds" \
-    -v nanoseconds=$((time_after - time_before)) -v switches=$((switches_after - switches_before)) 'BEGIN {
+    -v bus="${on_bus[*]}" -v dock="${docked[*]}" -v seconds="$idle_seconds" 'BEGIN {
+    split(bus, b, " "); split(dock, d, " ")
     print "| measured | value |\n|---|---:|"
     printf "| start to shortcuts claimed, median of %d | %.0f ms |\n", starts, middle / 1000
     printf "| fastest and slowest start | %.0f and %.0f ms |\n", fastest / 1000, slowest / 1000
-    printf "| resident memory | %.1f MB |\n", resident / 1024
-    printf "| proportional memory | %.1f MB |\n", proportional / 1024
-    printf "| processor time in %d s idle | %.2f ms |\n", seconds, nanoseconds / 1e6
-    printf "| wake-ups in %d s idle | %d |\n", seconds, switches
+    print "\n| measured | tray on the bus | docked in a tray |\n|---|---:|---:|"
+    printf "| resident memory | %.1f MB | %.1f MB |\n", b[1] / 1024, d[1] / 1024
+    printf "| proportional memory | %.1f MB | %.1f MB |\n", b[2] / 1024, d[2] / 1024
+    printf "| processor time in %d s idle | %.2f ms | %.2f ms |\n", seconds, b[3] / 1e6, d[3] / 1e6
+    printf "| wake-ups in %d s idle | %d | %d |\n", seconds, b[4], d[4]
 }'

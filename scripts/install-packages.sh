@@ -8,7 +8,7 @@ build_packages=(
     g++ cmake ninja-build pkg-config ccache qt6-base-dev libqt6svg6
     libxau-dev libxcb1-dev libxcb-randr0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-res0-dev libxcb-icccm4-dev
     libxcb-render0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-cursor-dev x11proto-dev libtomlplusplus-dev libfmt-dev
-    libutf8proc-dev
+    libutf8proc-dev libsystemd-dev
 )
 bundle_packages=(dpkg-dev file)
 test_packages=(
@@ -20,7 +20,8 @@ test_packages=(
     fakeroot lintian desktop-file-utils appstream
 )
 bench_packages=(
-    libbenchmark-dev libxcb-composite0-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon fonts-dejavu-core sxhkd wmctrl
+    libbenchmark-dev libxcb-composite0-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon dbus-bin fonts-dejavu-core
+    sxhkd wmctrl trayer xfce4-panel
 )
 
 case "${1:-test}" in

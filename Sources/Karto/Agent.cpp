@@ -3,6 +3,7 @@
 #include "Karto/Platform/Accessibility.h"
 #include "Karto/Platform/ApplicationHost.h"
 #include "Karto/Platform/HotKeyCenter.h"
+#include "Karto/Platform/Instance.h"
 #include "Karto/StatusReports.h"
 
 #include <fmt/format.h>
@@ -15,10 +16,13 @@ namespace karto {
 Agent::Agent(const Platform& platform, Faces faces, CheckLog& log, std::string_view homeDirectory)
     : host_(platform.host)
     , hotKeyCenter_(platform.hotKeyCenter)
+    , instance_(platform.instance)
     , log_(log)
     , store_(fmt::format("{}/{}", homeDirectory, ConfigStore::relativePath), platform.files,
              platform.fileWatch, platform.scheduler, log)
     , displays_(platform.screens)
+    , updaterEngine_(platform.host)
+    , updater_(updaterEngine_)
     , windows_(platform.accessibility)
     , coordinator_(windows_, displays_, store_, log)
     , switcherWindow_(platform.stage, std::move(faces.switcher))
@@ -32,6 +36,16 @@ Agent::Agent(const Platform& platform, Faces faces, CheckLog& log, std::string_v
                 .scheduler = platform.scheduler,
                 .log = log},
                std::move(faces.overlay))
+    , loginItem_(platform.loginItem)
+    , menuBar_({.config = store_,
+                .displays = displays_,
+                .hotkeys = hotkeys_,
+                .loginItem = loginItem_,
+                .updater = updater_,
+                .host = platform.host,
+                .item = platform.statusItem,
+                .log = log},
+               [this] { openSettings(); })
     , overlayModifiers_(platform.modifierEvents, platform.scheduler)
     , switcherModifiers_(platform.modifierEvents, platform.scheduler) {}
 
@@ -39,13 +53,17 @@ bool Agent::start() {
     if (!isTrustedOrExplains()) {
         return false;
     }
+    updaterEngine_.start();
     store_.reload();
     hotkeys_.registerHotkeys(store_.hotkeyModifiers(), store_.commandKeys(),
                              callbacks_.wrap([this](const KartoCommand& command) { dispatch(command); }));
     keyboardChanges_ = hotKeyCenter_.observeKeyboardChanges(callbacks_.wrap([this] { keyboardChanged(); }));
     reportHotkeys("hotkey registration");
+    updater_.onPendingVersionChange = callbacks_.wrap([this] { menuBar_.refresh(); });
     store_.start(callbacks_.wrap([this](ConfigChangeEvent) { configChanged(); }));
     reportConfig("startup");
+    menuBar_.install();
+    furtherStarts_ = instance_.observeFurtherStarts(callbacks_.wrap([this] { openSettings(); }));
     overlay_.start(overlayModifiers_);
     switcher_.start(switcherModifiers_);
     host_.print(bannerText(store_.hotkeyModifiers(), store_.commandKeys()));
@@ -75,6 +93,9 @@ bool Agent::isTrustedOrExplains() {
     return false;
 }
 
+// The About panel is the one window that there is.
+void Agent::openSettings() { menuBar_.showAbout(); }
+
 void Agent::dispatch(const KartoCommand& command) {
     switch (command.kind()) {
     case KartoCommand::Kind::cycleWindows: switcher_.advance(); break;
@@ -87,12 +108,14 @@ void Agent::configChanged() {
     reportConfig("config reload");
     rebindHotkeys();
     reportHotkeys("hotkey registration (reload)");
+    menuBar_.refresh();
 }
 
 void Agent::keyboardChanged() {
     hotkeys_.release();
     rebindHotkeys();
     reportHotkeys("hotkey registration (keyboard change)");
+    menuBar_.refresh();
 }
 
 void Agent::rebindHotkeys() { hotkeys_.rebind(store_.hotkeyModifiers(), store_.commandKeys()); }

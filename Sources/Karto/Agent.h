@@ -5,16 +5,20 @@
 #include "Karto/Adapters/ConfigStore.h"
 #include "Karto/Adapters/DisplayRegistry.h"
 #include "Karto/Adapters/HotkeyService.h"
+#include "Karto/Adapters/LoginItem.h"
 #include "Karto/Adapters/ModifierMonitor.h"
+#include "Karto/Adapters/UpdaterService.h"
 #include "Karto/Adapters/WindowService.h"
 #include "Karto/Coordinator.h"
 #include "Karto/Log.h"
+#include "Karto/MenuBarController.h"
 #include "Karto/Overlay/OverlayController.h"
 #include "Karto/Platform/Platform.h"
 #include "Karto/Platform/Registration.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Switcher/SwitcherController.h"
 #include "Karto/Switcher/SwitcherWindow.h"
+#include "Karto/Updates/UnconfiguredUpdater.h"
 #include "KartoCore/KartoCommand.h"
 
 #include <string_view>
@@ -44,6 +48,7 @@ public:
 
 private:
     bool isTrustedOrExplains();
+    void openSettings();
     void dispatch(const KartoCommand& command);
     void configChanged();
     void keyboardChanged();
@@ -53,20 +58,26 @@ private:
 
     ApplicationHost& host_;
     HotKeyCenter& hotKeyCenter_;
+    Instance& instance_;
     CheckLog& log_;
 
     ConfigStore store_;
     DisplayRegistry displays_;
+    UnconfiguredUpdater updaterEngine_;
+    UpdaterService updater_;
     WindowService windows_;
     Coordinator coordinator_;
     SwitcherWindow switcherWindow_;
     SwitcherController switcher_;
     HotkeyService hotkeys_;
     OverlayController overlay_;
+    LoginItem loginItem_;
+    MenuBarController menuBar_;
     ModifierMonitor overlayModifiers_;
     ModifierMonitor switcherModifiers_;
 
     Registration keyboardChanges_;
+    Registration furtherStarts_;
     WeakCallbacks callbacks_;
 };
 

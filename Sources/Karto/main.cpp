@@ -3,21 +3,30 @@
 #include "Karto/Overlay/OverlayContentView.h"
 #include "Karto/Platform/Linux/DesktopEntries.h"
 #include "Karto/Platform/Linux/InotifyFileWatch.h"
+#include "Karto/Platform/Linux/LoginSettings.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 #include "Karto/Platform/Linux/QtDescriptorWatch.h"
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
 #include "Karto/Platform/Linux/QtScheduler.h"
+#include "Karto/Platform/Linux/SessionBus.h"
 #include "Karto/Platform/Linux/SystemClock.h"
+#include "Karto/Platform/Linux/Tray/BusTray.h"
+#include "Karto/Platform/Linux/Tray/PopupMenu.h"
+#include "Karto/Platform/Linux/XdgAutostart.h"
 #include "Karto/Platform/Platform.h"
+#include "Karto/Platform/TrayItem.h"
 #include "Karto/Platform/X11/Displays/Screens.h"
 #include "Karto/Platform/X11/Keyboard/HotKeyCenter.h"
 #include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
+#include "Karto/Platform/X11/Server/Activation.h"
 #include "Karto/Platform/X11/Server/Connection.h"
 #include "Karto/Platform/X11/Server/NestedServer.h"
 #include "Karto/Platform/X11/Server/SingleInstance.h"
 #include "Karto/Platform/X11/Server/WindowManager.h"
 #include "Karto/Platform/X11/Stage/OverlayStage.h"
+#include "Karto/Platform/X11/Tray/PanelLook.h"
+#include "Karto/Platform/X11/Tray/TrayDock.h"
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 #include "Karto/Platform/X11/Windows/ApplicationActivity.h"
 #include "Karto/Switcher/SwitcherPanelView.h"
@@ -79,8 +88,13 @@ int main(int argumentCount, char** arguments) {
                                    isWayland ? ", and Karto cannot work in a Wayland session" : ""));
     }
     x11::Connection& connection = **opened;
-    if (const auto claimed = x11::claimDisplay(connection); !claimed) {
+    x11::SingleInstance instance(connection);
+    const auto claimed = instance.claim();
+    if (!claimed) {
         return endWith(fmt::format("startup: {} — quitting", claimed.error()));
+    }
+    if (*claimed == x11::SingleInstance::Outcome::handedOver) {
+        return 0;
     }
 
     // Windows of this program are placed in X pixels, which no other platform of the toolkit knows.
@@ -88,6 +102,9 @@ int main(int argumentCount, char** arguments) {
     QtApplicationHost host(argumentCount, arguments);
     QtScheduler scheduler;
     QtDescriptorWatch descriptors;
+    SessionBus bus(descriptors);
+    host.guardAgainst(bus);
+    host.activateWith([&connection](std::uint32_t window) { x11::activate(connection, window); });
 
     x11::WindowManager windowManager(connection);
     DesktopEntries installed(DesktopEntries::Places::ofSession());
@@ -100,8 +117,18 @@ int main(int argumentCount, char** arguments) {
     x11::HotKeyCenter hotKeyCenter(connection, scheduler);
     x11::ModifierEvents modifierEvents(connection);
     x11::ApplicationActivity activity(connection, accessibility, scheduler, getpid());
-    QtDesktopTheme theme;
+    QtDesktopTheme theme(bus);
     x11::OverlayStage stage(connection, windowManager, modifierEvents, theme, scheduler);
+
+    PopupMenu popupMenu;
+    x11::PanelLook panels(connection, scheduler);
+    BusTray busTray(bus, scheduler, panels, [&popupMenu](const Menu& menu) { popupMenu.show(menu); });
+    x11::TrayDock trayDock(connection, [&popupMenu](const Menu& menu, const PixelRect& anchor) {
+        popupMenu.show(menu, anchor);
+    });
+    TrayItem trayItem(busTray, trayDock, scheduler);
+    const auto autostart = XdgAutostart::Places::ofSession(home);
+    XdgAutostart loginItem(files, autostart, [&autostart] { openLoginSettings(autostart.folder); });
 
     OverlayPainter overlayPainter;
     SwitcherPainter switcherPainter;
@@ -114,7 +141,10 @@ int main(int argumentCount, char** arguments) {
                  .hotKeyCenter = hotKeyCenter,
                  .modifierEvents = modifierEvents,
                  .stage = stage,
-                 .activity = activity},
+                 .activity = activity,
+                 .statusItem = trayItem,
+                 .loginItem = loginItem,
+                 .instance = instance},
                 {.overlay = [&](const auto& view,
                                 const StageStyle& style) { return overlayPainter.paint(view, style); },
                  .switcher = [&](const auto& view,

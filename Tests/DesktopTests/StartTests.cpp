@@ -32,13 +32,6 @@ TEST_F(StartTest, aFirstRunIsReportedAndHasTheDefaults) {
     EXPECT_TRUE(karto->log().next("startup: no config loaded — no config file yet"));
 }
 
-TEST_F(StartTest, aSecondOneOnTheDisplaySaysSoAndQuits) {
-    startKarto();
-    KartoProcess second(desktop);
-    EXPECT_EQ(second.process().waitForExit(), (Exit{.status = 1, .signal = {}}));
-    EXPECT_NE(second.process().errors().find("Karto is running on this display already"), std::string::npos);
-}
-
 TEST_F(StartTest, aHandEditOfTheConfigurationCountsAtOnce) {
     startKarto();
     const Application window = Application::probe(desktop, "plain", "alpha", somewhere);

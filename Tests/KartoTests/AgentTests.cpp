@@ -1,10 +1,13 @@
 #include "Karto/Agent.h"
 
+#include "Karto/Platform/Instance.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
 #include "Support/ManualScheduler.h"
 #include "Support/MemoryCheckLog.h"
 #include "Support/MemoryDesktop.h"
+#include "Support/MemoryLoginItem.h"
 #include "Support/MemoryStage.h"
+#include "Support/MemoryStatusItem.h"
 #include "Support/TemporaryFolder.h"
 
 #include <fmt/format.h>
@@ -34,6 +37,14 @@ struct ManualFileWatch final : FileWatch {
     }
 };
 
+struct ManualInstance final : Instance {
+    Observers<> starts;
+
+    Registration observeFurtherStarts(std::function<void()> onStart) override {
+        return starts.add(std::move(onStart));
+    }
+};
+
 class AgentTest : public ::testing::Test {
 protected:
     AgentTest() {
@@ -60,6 +71,9 @@ protected:
     ManualFileWatch watch;
     ManualScheduler scheduler;
     MemoryCheckLog log;
+    MemoryStatusItem item;
+    MemoryLoginItem loginItem;
+    ManualInstance instance;
     Agent agent{{.host = desktop,
                  .scheduler = scheduler,
                  .files = files,
@@ -69,7 +83,10 @@ protected:
                  .hotKeyCenter = desktop,
                  .modifierEvents = desktop,
                  .stage = stage,
-                 .activity = stage},
+                 .activity = stage,
+                 .statusItem = item,
+                 .loginItem = loginItem,
+                 .instance = instance},
                 {.overlay = [](const auto&, const StageStyle&) { return pictureNamed("zones"); },
                  .switcher = [](const auto&, const StageStyle&) { return pictureNamed("panel"); }},
                 log,
@@ -211,6 +228,17 @@ startup: 2 displays share the name "Main" (landscape) — every zone for it reso
                     R"(config reload: config loaded, profile "home", zones 1, ring 0, displays []
 config reload: RING IS EMPTY — no zone matches a connected display, no hotkey will move anything
 )"));
+}
+
+TEST_F(AgentTest, theMenuFollowsTheConfigurationAndAFurtherStartOpensAWindow) {
+    EXPECT_FALSE(item.isShown());
+    ASSERT_TRUE(agent.start());
+    EXPECT_EQ(item.menu().front().text, "No layout yet — open Settings… to make one.");
+    edit(oneZone);
+    EXPECT_EQ(item.menuUpdates, 1);
+    EXPECT_EQ(item.menu().front().text, "Profile \"home\" — 1 of 1 zone(s) active");
+    instance.starts.notify();
+    EXPECT_EQ(desktop.abouts.size(), 1U);
 }
 
 TEST_F(AgentTest, startsWithADefectiveFileAndNoPresses) {

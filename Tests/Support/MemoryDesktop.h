@@ -98,7 +98,9 @@ public:
 
     void holdUnreported(ModifierFlags flags) { held_ = flags; }
 
-    // Dialogs and standard output.
+    // Dialogs, panels and standard output.
+    std::vector<About> abouts;
+    bool isTerminated = false;
     std::vector<Alert> alerts;
     std::size_t answer = 0;
     std::vector<std::string> printed;
@@ -143,6 +145,10 @@ public:
     ModifierFlags held() override { return held_; }
 
     std::size_t runAlert(const Alert& alert) override;
+
+    void showAbout(const About& about) override { abouts.push_back(about); }
+
+    void terminate() override { isTerminated = true; }
 
     void print(const std::string& text) override { printed.push_back(text); }
 

@@ -1,5 +1,8 @@
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
 
+#include "Karto/Platform/Linux/QtDescriptorWatch.h"
+#include "Karto/Platform/Linux/SessionBus.h"
+
 #include <QGuiApplication>
 #include <QPalette>
 
@@ -9,7 +12,9 @@ namespace karto::testing {
 
 TEST(QtDesktopTheme, withoutAPortalTheAccentFollowsThePalette) {
     qputenv("DBUS_SESSION_BUS_ADDRESS", "unix:path=/nonexistent");
-    QtDesktopTheme theme;
+    QtDescriptorWatch descriptors;
+    SessionBus bus(descriptors);
+    QtDesktopTheme theme(bus);
     EXPECT_EQ(theme.scale(), 1);
     int changes = 0;
     const auto observing = theme.observeChanges([&] { ++changes; });

@@ -2,12 +2,16 @@
 // The program as its desktop sees it: event loop and dialogs.
 
 #include <cstddef>
+#include <cstdint>
 #include <string>
 #include <vector>
 
 namespace karto {
 
 struct Alert {
+    enum class Kind : std::uint8_t { warning, information };
+
+    Kind kind = Kind::warning;
     std::string message;
     // Paragraphs separated by empty lines.
     std::string informativeText;
@@ -17,12 +21,26 @@ struct Alert {
     bool operator==(const Alert&) const = default;
 };
 
+// What the About panel says.
+struct About {
+    std::string applicationName;
+    std::string credits;
+
+    bool operator==(const About&) const = default;
+};
+
 class ApplicationHost {
 public:
     virtual ~ApplicationHost() = default;
 
     // Shows a modal alert and returns the index of the button chosen; closing it counts as the last one.
     virtual std::size_t runAlert(const Alert& alert) = 0;
+
+    // Opens the About panel, or brings the open one to the front, and makes the program the active one.
+    virtual void showAbout(const About& about) = 0;
+
+    // Ends the program as soon as control is back in the event loop.
+    virtual void terminate() = 0;
 
     // Writes a text and a line feed to standard output.
     virtual void print(const std::string& text) = 0;

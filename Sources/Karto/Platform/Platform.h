@@ -1,4 +1,5 @@
 #pragma once
+
 // What a desktop provides, one facility each. All of it outlives whoever is given it.
 
 namespace karto {
@@ -9,10 +10,13 @@ class ApplicationHost;
 class FileSystem;
 class FileWatch;
 class HotKeyCenter;
+class Instance;
+class LoginItemService;
 class ModifierEvents;
 class OverlayStage;
 class Scheduler;
 class Screens;
+class StatusItem;
 
 struct Platform {
     ApplicationHost& host;
@@ -25,6 +29,9 @@ struct Platform {
     ModifierEvents& modifierEvents;
     OverlayStage& stage;
     ApplicationActivity& activity;
+    StatusItem& statusItem;
+    LoginItemService& loginItem;
+    Instance& instance;
 };
 
 } // namespace karto

@@ -78,6 +78,7 @@ public:
             show(name, key, glyph, command);
         }
         showSwitcher();
+        showMenu();
         fs::copy_file(KartoProcess::logPath(desktop_), folder_ / "karto-check.log");
         say(fmt::format("\nPictures and karto-check.log are in {}", fs::absolute(folder_).string()));
         return isComplete_;
@@ -218,6 +219,23 @@ private:
         say(fmt::format("    log     {}", raised.value_or("nothing")));
         takePicture("switched");
         isComplete_ = isComplete_ && opened && raised;
+    }
+
+    void showMenu() {
+        const XClient& x = desktop_.x();
+        require("the icon in the tray", [&] { return x.embeddedFrames("karto").size() == 1; });
+        desktop_.click(x.embeddedFrames("karto").front());
+        require("the menu", [&] { return x.unmanagedFrames("karto").size() == 1; });
+        say("\nclick on the icon in the panel   the menu");
+        takePicture("menu");
+        desktop_.run({"xdotool", "key", "Escape"});
+        require("no menu", [&] { return x.unmanagedFrames("karto").empty(); });
+        KartoProcess again(desktop_);
+        again.process().waitForExit();
+        require("a window of the program",
+                [&] { return x.clientOf(karto_->process().pid()) == x.activeWindow(); });
+        say("\nstarted once more   the one that runs shows itself");
+        takePicture("started again");
     }
 
     void takePicture(std::string name) {

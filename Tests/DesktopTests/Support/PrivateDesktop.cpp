@@ -270,6 +270,11 @@ void PrivateDesktop::run(const std::vector<std::string>& arguments) {
     }
 }
 
+void PrivateDesktop::click(const Rect& area) {
+    run({"xdotool", "mousemove", fmt::format("{:.0f}", area.x + area.width / 2),
+         fmt::format("{:.0f}", area.y + area.height / 2), "click", "1"});
+}
+
 void PrivateDesktop::startWindowManager(const std::string& name) {
     manager_ = std::make_unique<ChildProcess>(start({name}));
     require(name + " to announce itself",

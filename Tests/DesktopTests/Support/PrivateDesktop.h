@@ -60,6 +60,9 @@ public:
     // Runs a program to its end; throws when it fails.
     void run(const std::vector<std::string>& arguments);
 
+    // Presses the pointer's first button in the middle of the area.
+    void click(const Rect& area);
+
     // A server whose outputs are fixed knows none of the following.
     [[nodiscard]] bool hasOutputs() const { return hasOutputs_; }
 

@@ -105,12 +105,8 @@ std::optional<xcb_window_t> XClient::clientNamed(const std::string& name) const 
 }
 
 std::vector<Rect> XClient::unmanagedFrames(const std::string& name) const {
-    const Reply<xcb_query_tree_reply_t> tree(
-        xcb_query_tree_reply(connection(), xcb_query_tree(connection(), root()), nullptr));
-    const std::span children(xcb_query_tree_children(tree.get()),
-                             std::size_t(xcb_query_tree_children_length(tree.get())));
     std::vector<Rect> frames;
-    for (const xcb_window_t window : children) {
+    for (const xcb_window_t window : childrenOf(root())) {
         const auto cookie = xcb_get_window_attributes(connection(), window);
         const Reply<xcb_get_window_attributes_reply_t> attributes(
             xcb_get_window_attributes_reply(connection(), cookie, nullptr));
@@ -124,6 +120,35 @@ std::vector<Rect> XClient::unmanagedFrames(const std::string& name) const {
     }
     std::ranges::sort(frames, {}, &Rect::x);
     return frames;
+}
+
+std::vector<Rect> XClient::embeddedFrames(const std::string& name) const {
+    std::vector<Rect> frames;
+    auto windows = childrenOf(root());
+    for (std::size_t i = 0, outer = windows.size(); i < windows.size(); ++i) {
+        const auto cookie = xcb_get_window_attributes(connection(), windows[i]);
+        const Reply<xcb_get_window_attributes_reply_t> attributes(
+            xcb_get_window_attributes_reply(connection(), cookie, nullptr));
+        const bool isShown = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+        const auto area =
+            i >= outer && isShown && isNamed(windows[i], name) ? clientArea(windows[i]) : std::nullopt;
+        if (area) {
+            frames.push_back(*area);
+        }
+        std::ranges::copy(childrenOf(windows[i]), std::back_inserter(windows));
+    }
+    return frames;
+}
+
+std::vector<xcb_window_t> XClient::childrenOf(xcb_window_t window) const {
+    const Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection(), xcb_query_tree(connection(), window), nullptr));
+    if (!tree) {
+        return {};
+    }
+    const std::span children(xcb_query_tree_children(tree.get()),
+                             std::size_t(xcb_query_tree_children_length(tree.get())));
+    return {children.begin(), children.end()};
 }
 
 std::optional<xcb_window_t> XClient::clientOf(pid_t pid) const {

@@ -61,6 +61,9 @@ public:
     // instance is `name`, from left to right.
     [[nodiscard]] std::vector<Rect> unmanagedFrames(const std::string& name) const;
 
+    // The same of windows that another program has taken into one of its own, as trays do.
+    [[nodiscard]] std::vector<Rect> embeddedFrames(const std::string& name) const;
+
     // Requests to the window manager; they return before it has acted.
     void activate(xcb_window_t window) const;
     void place(xcb_window_t window, const Rect& frame) const;
@@ -82,6 +85,7 @@ private:
         void operator()(xcb_connection_t* connection) const { xcb_disconnect(connection); }
     };
 
+    [[nodiscard]] std::vector<xcb_window_t> childrenOf(xcb_window_t window) const;
     // The instance of its WM_CLASS.
     [[nodiscard]] bool isNamed(xcb_window_t window, const std::string& name) const;
     [[nodiscard]] std::optional<Rect> clientArea(xcb_window_t window) const;

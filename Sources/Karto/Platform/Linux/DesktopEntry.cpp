@@ -1,39 +1,16 @@
 #include "Karto/Platform/Linux/DesktopEntry.h"
 
-#include <map>
-
 namespace karto {
 
 namespace {
 
-using Keys = std::map<std::string_view, std::string_view>;
+using Keys = DesktopEntryKeys;
 
 std::string_view trimmed(std::string_view text) {
     constexpr std::string_view blanks = " \t\r";
     const auto first = text.find_first_not_of(blanks);
     return first == std::string_view::npos ? std::string_view()
                                            : text.substr(first, text.find_last_not_of(blanks) - first + 1);
-}
-
-// Of the main group, which comes first; others describe further actions.
-Keys mainGroup(std::string_view text) {
-    Keys keys;
-    bool isInGroup = false;
-    while (!text.empty()) {
-        const auto end = text.find('\n');
-        const auto line = trimmed(text.substr(0, end));
-        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
-        if (line.starts_with('[')) {
-            if (isInGroup) {
-                break;
-            }
-            isInGroup = line == "[Desktop Entry]";
-        } else if (const auto equals = line.find('=');
-                   isInGroup && equals != std::string_view::npos && !line.starts_with('#')) {
-            keys.emplace(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
-        }
-    }
-    return keys;
 }
 
 std::string unescaped(std::string_view value) {
@@ -66,6 +43,26 @@ std::string_view localized(const Keys& keys, std::string_view key, const std::ve
 }
 
 } // namespace
+
+DesktopEntryKeys mainGroup(std::string_view text) {
+    Keys keys;
+    bool isInGroup = false;
+    while (!text.empty()) {
+        const auto end = text.find('\n');
+        const auto line = trimmed(text.substr(0, end));
+        text.remove_prefix(end == std::string_view::npos ? text.size() : end + 1);
+        if (line.starts_with('[')) {
+            if (isInGroup) {
+                break;
+            }
+            isInGroup = line == "[Desktop Entry]";
+        } else if (const auto equals = line.find('=');
+                   isInGroup && equals != std::string_view::npos && !line.starts_with('#')) {
+            keys.emplace(trimmed(line.substr(0, equals)), trimmed(line.substr(equals + 1)));
+        }
+    }
+    return keys;
+}
 
 std::vector<std::string> localeSuffixes(std::string_view locale) {
     const auto at = locale.find('@');

@@ -1,12 +1,19 @@
 #pragma once
 // What a desktop entry file says of an application.
 
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
 namespace karto {
+
+// Parts of the text of an entry, with its escapes.
+using DesktopEntryKeys = std::map<std::string_view, std::string_view>;
+
+// The keys of the main group, which comes first; others describe further actions.
+DesktopEntryKeys mainGroup(std::string_view text);
 
 struct DesktopEntry {
     std::string name;

@@ -1,11 +1,8 @@
 #include "Karto/Platform/Linux/PortalAccent.h"
 
-#include <QDBusArgument>
-#include <QDBusConnection>
-#include <QDBusPendingCallWatcher>
-#include <QDBusPendingReply>
-
 #include <algorithm>
+#include <initializer_list>
+#include <string_view>
 #include <utility>
 
 namespace karto {
@@ -18,22 +15,14 @@ constexpr auto interface = "org.freedesktop.portal.Settings";
 constexpr auto colorGroup = "org.freedesktop.appearance";
 constexpr auto colorKey = "accent-color";
 
-// Absent for any other value, and for channels out of range, which stand for "no preference".
-std::optional<RGBColor> readColor(QVariant value) {
-    while (value.canConvert<QDBusVariant>()) {
-        value = value.value<QDBusVariant>().variant();
-    }
-    if (!value.canConvert<QDBusArgument>()) {
-        return std::nullopt;
-    }
-    const auto argument = value.value<QDBusArgument>();
-    if (argument.currentSignature() != "(ddd)") {
-        return std::nullopt;
-    }
+// Of the variant that comes next, or of the variant in it. Absent for any other value, and for channels out
+// of range, which stand for "no preference".
+std::optional<RGBColor> readColor(sd_bus_message* message) {
     RGBColor color;
-    argument.beginStructure();
-    argument >> color.red >> color.green >> color.blue;
-    argument.endStructure();
+    while (sd_bus_message_enter_container(message, SD_BUS_TYPE_VARIANT, "v") > 0) {}
+    if (sd_bus_message_read(message, "v", "(ddd)", &color.red, &color.green, &color.blue) <= 0) {
+        return std::nullopt;
+    }
     const bool isInRange =
         std::ranges::all_of(std::initializer_list<double>{color.red, color.green, color.blue},
                             [](double channel) { return 0 <= channel && channel <= 1; });
@@ -42,30 +31,44 @@ std::optional<RGBColor> readColor(QVariant value) {
 
 } // namespace
 
-PortalAccent::PortalAccent(std::function<void()> onChange)
-    : onChange_(std::move(onChange)) {
-    auto bus = QDBusConnection::sessionBus();
-    if (!bus.isConnected()) {
-        return;
-    }
-    bus.connect(service, object, interface, "SettingChanged", this, SLOT(noteSetting(QDBusMessage)));
-    auto question = QDBusMessage::createMethodCall(service, object, interface, "Read");
-    question << colorGroup << colorKey;
-    auto* answer = new QDBusPendingCallWatcher(bus.asyncCall(question), this);
-    connect(answer, &QDBusPendingCallWatcher::finished, this, [this, answer] {
-        const QDBusPendingReply<QDBusVariant> reply = *answer;
-        if (reply.isValid()) {
-            setColor(readColor(reply.value().variant()));
+// What the bus calls.
+struct PortalAccent::Calls {
+    static int settingChanged(sd_bus_message* signal, void* self, sd_bus_error* /*error*/) {
+        const char* group = nullptr;
+        const char* key = nullptr;
+        if (sd_bus_message_read(signal, "ss", &group, &key) > 0 && std::string_view(group) == colorGroup &&
+            std::string_view(key) == colorKey) {
+            static_cast<PortalAccent*>(self)->setColor(readColor(signal));
         }
-        answer->deleteLater();
-    });
+        return 0;
+    }
+
+    static int settingTold(sd_bus_message* answer, void* self, sd_bus_error* /*error*/) {
+        if (sd_bus_message_is_method_error(answer, nullptr) == 0) {
+            static_cast<PortalAccent*>(self)->setColor(readColor(answer));
+        }
+        return 0;
+    }
+};
+
+PortalAccent::PortalAccent(SessionBus& bus, std::function<void()> onChange)
+    : bus_(bus)
+    , onChange_(std::move(onChange))
+    , busChanges_(bus.observeState([this] { ask(); })) {
+    ask();
 }
 
-void PortalAccent::noteSetting(const QDBusMessage& change) {
-    const auto arguments = change.arguments();
-    if (arguments.size() == 3 && arguments[0] == colorGroup && arguments[1] == colorKey) {
-        setColor(readColor(arguments[2]));
+void PortalAccent::ask() {
+    if (bus_.state() != SessionBus::State::connected) {
+        return;
     }
+    sd_bus_slot* slot = nullptr;
+    sd_bus_match_signal_async(bus_.get(), &slot, service, object, interface, "SettingChanged",
+                              Calls::settingChanged, nullptr, this);
+    changes_.reset(slot);
+    sd_bus_call_method_async(bus_.get(), &slot, service, object, interface, "Read", Calls::settingTold, this,
+                             "ss", colorGroup, colorKey);
+    question_.reset(slot);
 }
 
 void PortalAccent::setColor(std::optional<RGBColor> color) {

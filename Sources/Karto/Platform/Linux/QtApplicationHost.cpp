@@ -1,11 +1,14 @@
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 
+#include "Karto/About/AboutPanel.h"
+#include "Karto/Platform/Linux/Programs.h"
+#include "Karto/Platform/Linux/SessionBus.h"
+
 #include <QFile>
 #include <QIcon>
 #include <QMessageBox>
-#include <QProcess>
 #include <QPushButton>
-#include <QStandardPaths>
+#include <QTimer>
 
 #include <sys/signalfd.h>
 
@@ -13,6 +16,7 @@
 #include <array>
 #include <csignal>
 #include <cstdio>
+#include <tuple>
 #include <vector>
 
 namespace karto {
@@ -67,14 +71,18 @@ QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
     fallBackToInstalledIconTheme();
 }
 
+QtApplicationHost::~QtApplicationHost() = default;
+
 QtApplicationHost::LastDeletions::~LastDeletions() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
 }
 
 std::size_t QtApplicationHost::runAlert(const Alert& alert) {
     findWindowIcon();
+    hideSilentBus();
     const auto message = QString::fromStdString(alert.message).toHtmlEscaped();
-    QMessageBox box(QMessageBox::Warning, "Karto", QString("<b>%1</b>").arg(message));
+    const auto icon = alert.kind == Alert::Kind::warning ? QMessageBox::Warning : QMessageBox::Information;
+    QMessageBox box(icon, "Karto", QString("<b>%1</b>").arg(message));
     box.setInformativeText(QString::fromStdString(alert.informativeText));
     std::vector<QPushButton*> buttons;
     buttons.reserve(alert.buttons.size());
@@ -83,6 +91,7 @@ std::size_t QtApplicationHost::runAlert(const Alert& alert) {
     }
     box.setDefaultButton(buttons.front());
     box.setEscapeButton(buttons.back());
+    QTimer::singleShot(0, &box, [this, &box] { present(box); });
     box.exec();
     for (std::size_t i = 0; i < buttons.size(); ++i) {
         if (box.clickedButton() == buttons[i]) {
@@ -98,25 +107,41 @@ void QtApplicationHost::print(const std::string& text) {
 }
 
 void QtApplicationHost::openDesktopSettings() {
-    for (const auto* program : settingsPrograms) {
-        const auto path = QStandardPaths::findExecutable(program);
-        if (!path.isEmpty()) {
-            QProcess settings;
-            settings.setProgram(path);
-            // It shall end when it is told to.
-            settings.setChildProcessModifier([] {
-                const sigset_t set = endings();
-                pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
-            });
-            settings.startDetached();
-            return;
-        }
+    std::ignore = std::ranges::any_of(settingsPrograms, [](const char* program) {
+        return startProgram({.name = program, .arguments = {}});
+    });
+}
+
+void QtApplicationHost::showAbout(const About& about) {
+    if (!about_) {
+        about_ = std::make_unique<AboutPanel>();
+    }
+    about_->tell(about);
+    present(*about_);
+}
+
+void QtApplicationHost::present(QWidget& window) const {
+    window.show();
+    window.raise();
+    // The window manager must have heard of the window before it is asked to activate it.
+    QGuiApplication::sync();
+    if (activate_) {
+        activate_(static_cast<std::uint32_t>(window.winId()));
     }
 }
 
+void QtApplicationHost::terminate() { quit(0); }
+
 int QtApplicationHost::run() {
     findWindowIcon();
+    hideSilentBus();
     return QApplication::exec();
+}
+
+void QtApplicationHost::hideSilentBus() {
+    if (bus_ != nullptr) {
+        bus_->hideWhenSilent();
+    }
 }
 
 void QtApplicationHost::quit(int exitStatus) { QApplication::exit(exitStatus); }

@@ -8,14 +8,39 @@
 
 #include <QApplication>
 
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <utility>
+
 namespace karto {
+
+class AboutPanel;
+class SessionBus;
 
 class QtApplicationHost final : public ApplicationHost {
 public:
     // Takes main's arguments, which must outlive it. Requires an X display that can be reached.
     QtApplicationHost(int& argumentCount, char** arguments);
 
+    QtApplicationHost(const QtApplicationHost&) = delete;
+    QtApplicationHost(QtApplicationHost&&) = delete;
+    QtApplicationHost& operator=(const QtApplicationHost&) = delete;
+    QtApplicationHost& operator=(QtApplicationHost&&) = delete;
+    ~QtApplicationHost() override;
+
+    // Activates a window of the toolkit, by its number on the display.
+    using Activate = std::function<void(std::uint32_t window)>;
+
+    void activateWith(Activate activate) { activate_ = std::move(activate); }
+
+    // The bus of the session, which must outlive the event loop, may not answer: the toolkit must not wait
+    // for it then.
+    void guardAgainst(SessionBus& bus) { bus_ = &bus; }
+
     std::size_t runAlert(const Alert& alert) override;
+    void showAbout(const About& about) override;
+    void terminate() override;
     void print(const std::string& text) override;
 
     // Opens the settings program of the desktop, if one is installed.
@@ -26,6 +51,10 @@ public:
     static void quit(int exitStatus);
 
 private:
+    void hideSilentBus();
+    // Shows the window and makes it the active one.
+    void present(QWidget& window) const;
+
     // Timers and watches are deleted by the event loop, which runs no more when the program ends.
     struct LastDeletions {
         LastDeletions() = default;
@@ -42,6 +71,10 @@ private:
     LastDeletions lastDeletions_;
     QtDescriptorWatch descriptors_;
     Registration endings_;
+    SessionBus* bus_ = nullptr;
+    Activate activate_;
+    // Null until it is first shown.
+    std::unique_ptr<AboutPanel> about_;
 };
 
 } // namespace karto

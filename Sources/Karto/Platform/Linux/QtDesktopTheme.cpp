@@ -45,8 +45,8 @@ private:
     std::function<void()> onChange_;
 };
 
-QtDesktopTheme::QtDesktopTheme()
-    : portal_(std::make_unique<PortalAccent>([this] { update(); }))
+QtDesktopTheme::QtDesktopTheme(SessionBus& bus)
+    : portal_(std::make_unique<PortalAccent>(bus, [this] { update(); }))
     , watch_(std::make_unique<Watch>([this] { update(); }))
     , look_(read()) {}
 

@@ -10,11 +10,12 @@
 namespace karto {
 
 class PortalAccent;
+class SessionBus;
 
 class QtDesktopTheme final : public DesktopTheme {
 public:
     // Requires Qt's application object.
-    QtDesktopTheme();
+    explicit QtDesktopTheme(SessionBus& bus);
     ~QtDesktopTheme() override;
     QtDesktopTheme(const QtDesktopTheme&) = delete;
     QtDesktopTheme(QtDesktopTheme&&) = delete;

@@ -25,6 +25,9 @@ struct Atoms {
     xcb_atom_t netRestackWindow = XCB_ATOM_NONE;
     xcb_atom_t netSupported = XCB_ATOM_NONE;
     xcb_atom_t netSupportingWmCheck = XCB_ATOM_NONE;
+    xcb_atom_t netSystemTrayColors = XCB_ATOM_NONE;
+    xcb_atom_t netSystemTrayOpcode = XCB_ATOM_NONE;
+    xcb_atom_t netSystemTrayVisual = XCB_ATOM_NONE;
     xcb_atom_t netWmBypassCompositor = XCB_ATOM_NONE;
     xcb_atom_t netWmDesktop = XCB_ATOM_NONE;
     xcb_atom_t netWmIcon = XCB_ATOM_NONE;
@@ -48,6 +51,8 @@ struct Atoms {
     xcb_atom_t utf8String = XCB_ATOM_NONE;
     xcb_atom_t wmClientLeader = XCB_ATOM_NONE;
     xcb_atom_t wmState = XCB_ATOM_NONE;
+    xcb_atom_t xembedInfo = XCB_ATOM_NONE;
+    xcb_atom_t xsettingsSettings = XCB_ATOM_NONE;
     xcb_atom_t edid = XCB_ATOM_NONE;
 };
 
@@ -69,6 +74,9 @@ inline constexpr std::array atomNames{
     AtomName{&Atoms::netRestackWindow, "_NET_RESTACK_WINDOW"},
     AtomName{&Atoms::netSupported, "_NET_SUPPORTED"},
     AtomName{&Atoms::netSupportingWmCheck, "_NET_SUPPORTING_WM_CHECK"},
+    AtomName{&Atoms::netSystemTrayColors, "_NET_SYSTEM_TRAY_COLORS"},
+    AtomName{&Atoms::netSystemTrayOpcode, "_NET_SYSTEM_TRAY_OPCODE"},
+    AtomName{&Atoms::netSystemTrayVisual, "_NET_SYSTEM_TRAY_VISUAL"},
     AtomName{&Atoms::netWmBypassCompositor, "_NET_WM_BYPASS_COMPOSITOR"},
     AtomName{&Atoms::netWmDesktop, "_NET_WM_DESKTOP"},
     AtomName{&Atoms::netWmIcon, "_NET_WM_ICON"},
@@ -92,6 +100,8 @@ inline constexpr std::array atomNames{
     AtomName{&Atoms::utf8String, "UTF8_STRING"},
     AtomName{&Atoms::wmClientLeader, "WM_CLIENT_LEADER"},
     AtomName{&Atoms::wmState, "WM_STATE"},
+    AtomName{&Atoms::xembedInfo, "_XEMBED_INFO"},
+    AtomName{&Atoms::xsettingsSettings, "_XSETTINGS_SETTINGS"},
     AtomName{&Atoms::edid, "EDID"},
 };
 

@@ -37,7 +37,8 @@ OverlayStage::OverlayStage(Connection& connection, WindowManager& manager, karto
     if (formats_ == RenderFormats()) {
         return;
     }
-    compositor_ = std::make_unique<CompositorWatch>(connection, [this] { followCompositor(); });
+    compositor_ =
+        std::make_unique<SelectionOwner>(connection, "_NET_WM_CM_S", [this] { followCompositor(); });
     chooseFormat();
     events_ = connection.observe([this](const xcb_generic_event_t& event) { handle(event); });
     lulls_ = connection.observeLulls([this] { tellMovements(); });
@@ -130,7 +131,7 @@ std::vector<BorderlessWindow*> OverlayStage::windowsInFront() const {
 }
 
 StageOrder::Wanted OverlayStage::wantedOrder() const {
-    StageOrder::Wanted wanted{.front = {}, .below = {}, .isComposited = compositor_->isRunning()};
+    StageOrder::Wanted wanted{.front = {}, .below = {}, .isComposited = isComposited()};
     for (const auto* window : windows_) {
         if (const auto* below = std::get_if<BorderlessWindow::Below>(&window->standing())) {
             auto& group = wanted.below[below->window];
@@ -170,7 +171,7 @@ Registration OverlayStage::observeStyleChanges(std::function<void()> onChange) {
 }
 
 void OverlayStage::chooseFormat() {
-    share_.isTranslucent = compositor_->isRunning() && formats_.translucent.has_value();
+    share_.isTranslucent = isComposited() && formats_.translucent.has_value();
     // One that waits would come back below whatever was shown meanwhile.
     share_.mayWait = share_.isTranslucent && !manager_.paintsByAge();
     share_.format = share_.isTranslucent ? formats_.translucent.value_or(formats_.opaque) : formats_.opaque;

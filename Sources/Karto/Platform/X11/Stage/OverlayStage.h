@@ -9,9 +9,9 @@
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Server/Connection.h"
+#include "Karto/Platform/X11/Server/SelectionOwner.h"
 #include "Karto/Platform/X11/Server/WindowManager.h"
 #include "Karto/Platform/X11/Stage/BorderlessWindow.h"
-#include "Karto/Platform/X11/Stage/CompositorWatch.h"
 #include "Karto/Platform/X11/Stage/StageOrder.h"
 
 #include <cstdint>
@@ -36,6 +36,8 @@ public:
     Registration observeStyleChanges(std::function<void()> onChange) override;
 
 private:
+    [[nodiscard]] bool isComposited() const { return compositor_->window() != XCB_WINDOW_NONE; }
+
     void handle(const xcb_generic_event_t& event);
     void tellMovements();
     void showCursors();
@@ -58,7 +60,7 @@ private:
     RenderFormats formats_;
     StageShare share_;
     // Null for a stage that is not usable.
-    std::unique_ptr<CompositorWatch> compositor_;
+    std::unique_ptr<SelectionOwner> compositor_;
     StageOrder order_;
     // What the order was told last, and the share's turns by then.
     StageOrder::Wanted wanted_;

@@ -1,5 +1,6 @@
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 
+#include "Karto/Platform/X11/Server/Activation.h"
 #include "Karto/Platform/X11/Windows/ApplicationIdentities.h"
 #include "Karto/Platform/X11/Windows/Icons.h"
 
@@ -228,9 +229,7 @@ void Accessibility::activate(std::int32_t pid) {
     }
     const auto raised = std::ranges::find(own, lastRaised_, &Client::window);
     const auto window = raised != own.end() ? raised->window : own.front().window;
-    connection_.tellWindowManager(window, connection_.atoms().netActiveWindow,
-                                  {sourceIsPager, serverTime(), XCB_WINDOW_NONE, 0, 0});
-    connection_.flush();
+    x11::activate(connection_, window);
 }
 
 Registration Accessibility::observeClosing(WindowHandle window, std::function<void()> onClosed) {
@@ -424,31 +423,6 @@ void Accessibility::forgetFacesWithout(std::span<const Client> listed) {
 bool Accessibility::isOrdinary(const WindowFacts& facts) const {
     const auto& atoms = connection_.atoms();
     return facts.type != atoms.netWmWindowTypeDesktop && facts.type != atoms.netWmWindowTypeDock;
-}
-
-xcb_timestamp_t Accessibility::serverTime() {
-    // Appending nothing to a property of one's own makes the server report its time.
-    const auto deadline = deadlineFromNow();
-    const xcb_window_t window = xcb_generate_id(connection_.get());
-    xcb_create_window(connection_.get(), 0, window, connection_.root(), -1, -1, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    const auto events = connection_.select(window, XCB_EVENT_MASK_PROPERTY_CHANGE);
-    xcb_change_property(connection_.get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
-                        0, nullptr);
-    xcb_timestamp_t time = XCB_CURRENT_TIME;
-    auto mark = connection_.eventMark();
-    while (time == XCB_CURRENT_TIME && std::chrono::steady_clock::now() < deadline) {
-        const auto fresh = connection_.awaitEvents(mark, deadline);
-        mark += fresh.size();
-        for (const auto* event : fresh) {
-            if (eventCode(*event) == XCB_PROPERTY_NOTIFY &&
-                eventAs<xcb_property_notify_event_t>(*event).window == window) {
-                time = eventAs<xcb_property_notify_event_t>(*event).time;
-            }
-        }
-    }
-    xcb_destroy_window(connection_.get(), window);
-    return time;
 }
 
 } // namespace karto::x11

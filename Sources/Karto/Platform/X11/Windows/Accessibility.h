@@ -110,7 +110,6 @@ private:
     [[nodiscard]] bool isOrdinary(const WindowFacts& facts) const;
     void remember(xcb_window_t window, const WindowFacts& facts);
     std::optional<std::uint32_t> rootValue(xcb_atom_t property, xcb_atom_t type);
-    xcb_timestamp_t serverTime();
 
     Connection& connection_;
     WindowManager& manager_;

@@ -1,17 +1,17 @@
-#include "Karto/Platform/X11/Stage/CompositorWatch.h"
+#include "Karto/Platform/X11/Server/SelectionOwner.h"
 
 #include "Karto/Platform/X11/Server/Extensions.h"
 
 #include <fmt/format.h>
 
-#include <string>
 #include <utility>
 
 namespace karto::x11 {
 
-CompositorWatch::CompositorWatch(Connection& connection, std::function<void()> onChange)
+SelectionOwner::SelectionOwner(Connection& connection, std::string_view prefix,
+                               std::function<void()> onChange)
     : onChange_(std::move(onChange)) {
-    const auto name = fmt::format("_NET_WM_CM_S{}", connection.screenNumber());
+    const auto name = fmt::format("{}{}", prefix, connection.screenNumber());
     const auto atom = connection.await<xcb_intern_atom_reply_t>(
         xcb_intern_atom(connection.get(), 0, static_cast<std::uint16_t>(name.size()), name.data()),
         deadlineFromNow(startBound));
@@ -35,13 +35,14 @@ CompositorWatch::CompositorWatch(Connection& connection, std::function<void()> o
     });
     const auto owner = connection.await<xcb_get_selection_owner_reply_t>(
         xcb_get_selection_owner(connection.get(), selection_), deadlineFromNow(startBound));
-    isRunning_ = owner && owner->owner != XCB_WINDOW_NONE;
+    if (owner) {
+        owner_ = owner->owner;
+    }
 }
 
-void CompositorWatch::note(const xcb_xfixes_selection_notify_event_t& news) {
-    const bool isRunning = news.owner != XCB_WINDOW_NONE;
-    if (news.selection == selection_ && isRunning != isRunning_) {
-        isRunning_ = isRunning;
+void SelectionOwner::note(const xcb_xfixes_selection_notify_event_t& news) {
+    if (news.selection == selection_ && news.owner != owner_) {
+        owner_ = news.owner;
         onChange_();
     }
 }

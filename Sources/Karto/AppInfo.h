@@ -1,0 +1,18 @@
+#pragma once
+// Which build of the program this is.
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+namespace karto::AppInfo {
+
+// Absent in a build that was not bundled.
+std::optional<std::string_view> commit();
+std::optional<std::string_view> buildDate();
+
+// For the About panel.
+std::string buildDescription(std::optional<std::string_view> buildDate = AppInfo::buildDate(),
+                             std::optional<std::string_view> commit = AppInfo::commit());
+
+} // namespace karto::AppInfo

@@ -1,0 +1,42 @@
+#include "Karto/Platform/X11/Server/Activation.h"
+
+#include "Karto/Platform/X11/Server/WindowManager.h"
+
+namespace karto::x11 {
+
+namespace {
+
+xcb_timestamp_t serverTime(Connection& connection) {
+    // Appending nothing to a property of one's own makes the server report its time.
+    const auto deadline = deadlineFromNow();
+    const xcb_window_t window = xcb_generate_id(connection.get());
+    xcb_create_window(connection.get(), 0, window, connection.root(), -1, -1, 1, 1, 0,
+                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
+    const auto events = connection.select(window, XCB_EVENT_MASK_PROPERTY_CHANGE);
+    xcb_change_property(connection.get(), XCB_PROP_MODE_APPEND, window, XCB_ATOM_WM_NAME, XCB_ATOM_STRING, 8,
+                        0, nullptr);
+    xcb_timestamp_t time = XCB_CURRENT_TIME;
+    auto mark = connection.eventMark();
+    while (time == XCB_CURRENT_TIME && std::chrono::steady_clock::now() < deadline) {
+        const auto fresh = connection.awaitEvents(mark, deadline);
+        mark += fresh.size();
+        for (const auto* event : fresh) {
+            if (eventCode(*event) == XCB_PROPERTY_NOTIFY &&
+                eventAs<xcb_property_notify_event_t>(*event).window == window) {
+                time = eventAs<xcb_property_notify_event_t>(*event).time;
+            }
+        }
+    }
+    xcb_destroy_window(connection.get(), window);
+    return time;
+}
+
+} // namespace
+
+void activate(Connection& connection, xcb_window_t window) {
+    connection.tellWindowManager(window, connection.atoms().netActiveWindow,
+                                 {sourceIsPager, serverTime(connection), XCB_WINDOW_NONE, 0, 0});
+    connection.flush();
+}
+
+} // namespace karto::x11
