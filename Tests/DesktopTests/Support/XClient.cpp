@@ -3,6 +3,7 @@
 #include "Support/Waiting.h"
 
 #include <algorithm>
+#include <cstring>
 #include <span>
 
 namespace karto::desktop {
@@ -137,6 +138,24 @@ std::optional<xcb_window_t> XClient::clientOf(pid_t pid) const {
 xcb_window_t XClient::activeWindow() const {
     const auto items = property(root(), "_NET_ACTIVE_WINDOW");
     return items.empty() ? xcb_window_t{XCB_WINDOW_NONE} : items.front();
+}
+
+std::uint32_t XClient::colorAt(int x, int y) const {
+    const auto cookie = xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, root(), std::int16_t(x),
+                                      std::int16_t(y), 1, 1, ~0U);
+    const Reply<xcb_get_image_reply_t> image(xcb_get_image_reply(connection(), cookie, nullptr));
+    std::uint32_t color = 0;
+    std::memcpy(&color, xcb_get_image_data(image.get()), sizeof color);
+    return color & 0xFFFFFF;
+}
+
+void XClient::raise(xcb_window_t window) const { restack(window, XCB_STACK_MODE_ABOVE); }
+
+void XClient::lower(xcb_window_t window) const { restack(window, XCB_STACK_MODE_BELOW); }
+
+void XClient::restack(xcb_window_t window, std::uint32_t mode) const {
+    xcb_configure_window(connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    flush();
 }
 
 void XClient::askManager(xcb_window_t window, const std::string& message,
