@@ -4,10 +4,10 @@
 //   AppearLatency overlay WINDOWS [composited]     hyper held: that many windows of 3840x2160
 //   AppearLatency switcher [composited]            hyper held and Tab pressed: a panel 420 wide
 
+#include "CompositorStandIn.h"
 #include "Keyboard.h"
 
 #include <fmt/format.h>
-#include <xcb/composite.h>
 #include <xcb/xtest.h>
 
 #include <algorithm>
@@ -34,18 +34,6 @@ constexpr auto overlayDelay = std::chrono::milliseconds(300);
 constexpr int displayWidth = 3840;
 constexpr int panelWidth = 420;
 constexpr xcb_keysym_t tabSymbol = 0xFF09;
-
-// What a compositor does to the server's work: every window is kept in memory of its own. It paints nothing.
-void standInForCompositor(const XServer& server) {
-    xcb_composite_query_version_unchecked(server.connection(), 0, 4);
-    xcb_composite_redirect_subwindows(server.connection(), server.root(), XCB_COMPOSITE_REDIRECT_MANUAL);
-    const xcb_window_t owner = xcb_generate_id(server.connection());
-    xcb_create_window(server.connection(), 0, owner, server.root(), -1, -1, 1, 1, 0,
-                      XCB_WINDOW_CLASS_INPUT_ONLY, XCB_COPY_FROM_PARENT, 0, nullptr);
-    xcb_set_selection_owner(server.connection(), owner, server.atom("_NET_WM_CM_S0"), XCB_CURRENT_TIME);
-    server.sync();
-    std::this_thread::sleep_for(pause);
-}
 
 // Children of the root of one width, by what the server reports of them.
 class Watch {

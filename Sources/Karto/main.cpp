@@ -161,7 +161,8 @@ int main(int argumentCount, char** arguments) {
     const auto warmingUp = scheduler.after(warmUpDelay, [&] {
         const OverlayContentView zone{.content = OverlayZones{{.number = 1, .rect = warmUpFrame}},
                                       .displayFrame = warmUpFrame,
-                                      .appearance = {}};
+                                      .appearance = {},
+                                      .editing = {}};
         overlayPainter.paint(zone, stage.style());
         switcherPainter.paint(
             {.rows = {{.icon = installed.icon("karto"), .appName = "Karto", .title = "Karto"}}},

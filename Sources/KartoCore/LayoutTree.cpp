@@ -104,6 +104,19 @@ std::optional<LayoutNode> LayoutNode::node(const NodePath& path) const {
     return *reached;
 }
 
+std::optional<NormRect> LayoutNode::region(const NodePath& path, NormRect region) const {
+    const LayoutNode* node = this;
+    for (const Branch branch : path.branches) {
+        const Split* split = node->split();
+        if (split == nullptr) {
+            return std::nullopt;
+        }
+        region = split->childRegion(branch, region);
+        node = &split->child(branch);
+    }
+    return region;
+}
+
 LayoutNode LayoutNode::replacing(const NodePath& path, LayoutNode replacement) const {
     if (!node(path)) {
         return *this;

@@ -85,6 +85,10 @@ public:
     // The node at the end of the path; absent when a zone is met while steps remain.
     [[nodiscard]] std::optional<LayoutNode> node(const NodePath& path) const;
 
+    // What the node at the end of the path gets of `region`, this node's own; absent when a zone is met while
+    // steps remain.
+    [[nodiscard]] std::optional<NormRect> region(const NodePath& path, NormRect region) const;
+
     // The tree with the node at `path` replaced; the unchanged tree when a zone is met while steps remain.
     // Only the splits above the node are new, everything else is shared with this tree.
     [[nodiscard]] LayoutNode replacing(const NodePath& path, LayoutNode replacement) const;

@@ -14,19 +14,6 @@ namespace {
 
 constexpr std::array displayFractions{0.25, 1.0 / 3, 0.5, 2.0 / 3, 0.75};
 
-std::optional<NormRect> regionOf(const NodePath& path, const LayoutNode& root, NormRect region) {
-    const LayoutNode* node = &root;
-    for (const Branch branch : path.branches) {
-        const Split* split = node->split();
-        if (split == nullptr) {
-            return std::nullopt;
-        }
-        region = split->childRegion(branch, region);
-        node = &split->child(branch);
-    }
-    return region;
-}
-
 // Collects the candidates within a stretch of the display, the first of those at one place.
 class Collector {
 public:
@@ -82,7 +69,7 @@ std::optional<double> nearest(double position, CandidateOrigin origin, std::span
 
 std::vector<Candidate> candidates(const NodePath& path, const LayoutNode& root, const NormRect& displayFrame,
                                   Axis axis) {
-    const std::optional<NormRect> region = regionOf(path, root, displayFrame);
+    const std::optional<NormRect> region = root.region(path, displayFrame);
     if (!region || !(along(axis, *region).extent > 0)) {
         return {};
     }

@@ -76,6 +76,28 @@ void visitBoundaries(const LayoutNode& root, const NormRect& frame, const Visit&
     visitSplits(root, frame, visited, visit);
 }
 
+std::optional<EditBoundary> boundary(const NodePath& path, const LayoutNode& root) {
+    const auto node = root.node(path);
+    const Split* split = node ? node->split() : nullptr;
+    if (split == nullptr) {
+        return std::nullopt;
+    }
+    return EditBoundary{.path = path,
+                        .axis = split->axis,
+                        .region = root.region(path, NormRect::full()).value_or(NormRect()),
+                        .at = split->at};
+}
+
+std::optional<TreeZone> zone(const NodePath& path, const LayoutNode& root) {
+    const auto node = root.node(path);
+    const ZoneLeaf* leaf = node ? node->zone() : nullptr;
+    if (leaf == nullptr) {
+        return std::nullopt;
+    }
+    return TreeZone{
+        .rect = root.region(path, NormRect::full()).value_or(NormRect()), .leaf = *leaf, .path = path};
+}
+
 Rect grabStrip(const EditBoundary& boundary, const Size& displaySize) {
     Rect strip = inPoints(boundary.region, displaySize);
     const double line = displayLength(boundary.axis, displaySize) * boundary.displayPosition();

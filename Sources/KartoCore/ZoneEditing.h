@@ -48,6 +48,10 @@ std::vector<EditBoundary> boundaries(const LayoutNode& root, const NormRect& fra
 void visitBoundaries(const LayoutNode& root, const NormRect& frame,
                      const std::function<void(const EditBoundary&)>& visit);
 
+// The boundary or the zone that the path leads to; absent when it leads nowhere or to the other.
+std::optional<EditBoundary> boundary(const NodePath& path, const LayoutNode& root);
+std::optional<TreeZone> zone(const NodePath& path, const LayoutNode& root);
+
 Rect grabStrip(const EditBoundary& boundary, const Size& displaySize);
 
 // The boundary to grab at a point: of the strips around it the one whose line is nearest, the outer one on a

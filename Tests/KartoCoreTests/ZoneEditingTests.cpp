@@ -34,6 +34,19 @@ TEST(ZoneEditing, boundariesAreListedOuterFirstWithTheirRegions) {
     EXPECT_EQ(ZoneEditing::grabStrip(expected[2], display), (Rect{495, 200, 10, 300}));
 }
 
+RC_GTEST_PROP(ZoneEditing, pathsLeadBackToTheBoundariesAndZonesThatHaveThem, ()) {
+    const LayoutNode tree = *trees();
+    for (const EditBoundary& each : ZoneEditing::boundaries(tree, NormRect::full())) {
+        RC_ASSERT(ZoneEditing::boundary(each.path, tree) == each);
+        RC_ASSERT(!ZoneEditing::zone(each.path, tree));
+    }
+    for (const TreeZone& each : tree.zones(NormRect::full())) {
+        RC_ASSERT(ZoneEditing::zone(each.path, tree) == each);
+        RC_ASSERT(!ZoneEditing::boundary(each.path, tree));
+        RC_ASSERT(!ZoneEditing::zone(each.path.appending(Branch::first), tree));
+    }
+}
+
 TEST(ZoneEditing, aPointerGrabsTheNearestLineWhoseStripHoldsIt) {
     const auto grabbed = [](Point point) {
         return ZoneEditing::boundary(point, tree, display).transform(pathOf);

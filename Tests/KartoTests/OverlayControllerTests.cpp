@@ -227,9 +227,12 @@ TEST_F(OverlayControllerTest, isPaintedAnewWhenACompositorComesOrGoes) {
 
 TEST_F(OverlayControllerTest, aPreviewShowsAnotherConfigurationBelowItsWindowAndReportsClicks) {
     std::vector<std::string> clicks;
-    overlay.beginPreview(settingsWindow, [&](const DisplayInfo& display, std::optional<int> number) {
-        clicks.push_back(fmt::format("{} {}", display.name, number.value_or(-1)));
-    });
+    overlay.beginPreview(settingsWindow,
+                         {.onZoneClick =
+                              [&](const DisplayInfo& display, std::optional<int> number) {
+                                  clicks.push_back(fmt::format("{} {}", display.name, number.value_or(-1)));
+                              },
+                          .onEdit = {}});
     EXPECT_THAT(stage.shown(), IsEmpty());
     const auto edited = configWith({landscape("Main", rows(0.25, zone(), zone()))});
     overlay.updatePreview(edited, 2);
@@ -246,11 +249,14 @@ TEST_F(OverlayControllerTest, aPreviewShowsAnotherConfigurationBelowItsWindowAnd
     EXPECT_TRUE(window.ignoresMouse);
     stage.setActive(true);
     EXPECT_FALSE(window.ignoresMouse);
-    window.clicks.notify({.x = 10, .y = 199});
-    window.clicks.notify({.x = 10, .y = 200});
-    stage.windows.back().clicks.notify({.x = 10, .y = 10});
-    window.clicks.notify({.x = -1, .y = 10});
-    EXPECT_THAT(clicks, ElementsAre("Main 1", "Main 2", "Side -1", "Main -1"));
+    const auto click = [](MemoryStageWindow& where, Point place) {
+        where.press(place);
+        where.release(place);
+    };
+    click(window, {.x = 10, .y = 199});
+    click(window, {.x = 10, .y = 200});
+    click(stage.windows.back(), {.x = 10, .y = 10});
+    EXPECT_THAT(clicks, ElementsAre("Main 1", "Main 2", "Side -1"));
     stage.setActive(false);
     EXPECT_TRUE(window.ignoresMouse);
 
@@ -264,7 +270,7 @@ TEST_F(OverlayControllerTest, aPreviewShowsAnotherConfigurationBelowItsWindowAnd
 
 TEST_F(OverlayControllerTest, thePreviewEndsInTheOverlayWhileHyperIsHeld) {
     desktop.hold(hyper);
-    overlay.beginPreview(settingsWindow, [](const DisplayInfo&, std::optional<int>) {});
+    overlay.beginPreview(settingsWindow, {});
     EXPECT_THAT(shownAfter(1s), IsEmpty());
     overlay.updatePreview(*config.current(), std::nullopt);
     overlay.endPreview();

@@ -1,6 +1,6 @@
 #include "Karto/Platform/X11/Stage/PaintPlan.h"
 #include "Karto/Platform/X11/Stage/PictureDamage.h"
-#include "Karto/Platform/X11/Stage/PixelArea.h"
+#include "KartoCore/PixelArea.h"
 
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>

@@ -19,7 +19,7 @@ using ::testing::Each;
 constexpr RGBColor red{.red = 1, .green = 0, .blue = 0};
 
 OverlayContentView zonesOn(const Rect& frame, OverlayZones zones) {
-    return {.content = std::move(zones), .displayFrame = frame, .appearance = {.color = red}};
+    return {.content = std::move(zones), .displayFrame = frame, .appearance = {.color = red}, .editing = {}};
 }
 
 // Of the figures alone: their halo has no colour.
@@ -134,7 +134,8 @@ TEST(OverlayContentView, messagesStayOnTheirDisplays) {
             for (const double scale : {1.0, 2.0}) {
                 const OverlayContentView view{.content = message,
                                               .displayFrame = rectAt(0, 0, size.width(), size.height()),
-                                              .appearance = {}};
+                                              .appearance = {},
+                                              .editing = {}};
                 const auto bounds = boundsOf(OverlayPainter().paint(view, {.scale = scale}));
                 EXPECT_TRUE(QRect({0, 0}, size).contains(bounds));
                 EXPECT_LE(bounds.width(), 640 * scale);
@@ -150,7 +151,8 @@ TEST(OverlayContentView, withoutTranslucencyPixelsAreOpaqueOrCutOut) {
     const auto zones = zonesOn(frame, {{.number = 8, .rect = rectAt(0, 0, 250, 300)},
                                        {.number = 9, .rect = rectAt(250, 0, 20, 300), .isSelected = true},
                                        {.number = 10, .rect = rectAt(270, 0, 230, 300)}});
-    const OverlayContentView message{.content = "No zones", .displayFrame = frame, .appearance = {}};
+    const OverlayContentView message{
+        .content = "No zones", .displayFrame = frame, .appearance = {}, .editing = {}};
     for (const double scale : {1.0, 1.5}) {
         const StageStyle style{.scale = scale, .isTranslucent = false};
         const auto image = composed(OverlayPainter().paint(zones, style), {500, 300});
@@ -159,6 +161,16 @@ TEST(OverlayContentView, withoutTranslucencyPixelsAreOpaqueOrCutOut) {
         expectPixel(image, {0, 150}, Qt::red);
         EXPECT_TRUE(isOpaqueOrClear(composed(OverlayPainter().paint(message, style), {500, 300})));
     }
+}
+
+TEST(OverlayContentView, buttonsTakeThePlaceOfTheNumber) {
+    auto view = zonesOn(rectAt(50, 30, 400, 200), {{.number = 1, .rect = rectAt(50, 30, 200, 200)},
+                                                   {.number = 2, .rect = rectAt(250, 30, 200, 200)}});
+    view.editing.emplace().root = columns(0.5, zone(), zone());
+    OverlayPainter painter;
+    const auto before = painter.paint(view, {}).tiles.size();
+    view.editing->buttonsFor = NodePath{.branches = {Branch::second}};
+    EXPECT_EQ(painter.paint(view, {}).tiles.size(), before - 1 + ZoneButtons::all.size());
 }
 
 TEST(OverlayContentView, equalPartsShareTheirImages) {

@@ -2,6 +2,7 @@
 
 #include "Karto/Drawing/QtImages.h"
 #include "Karto/Drawing/RoundedRectangle.h"
+#include "Karto/Drawing/Solid.h"
 
 #include <QPainter>
 
@@ -10,12 +11,7 @@
 namespace karto::drawing {
 
 QColor panelColor(double opacity, bool isTranslucent) {
-    if (isTranslucent) {
-        return black(opacity);
-    }
-    constexpr double middleGrey = 0.5;
-    const double shade = middleGrey * (1 - opacity);
-    return color({.red = shade, .green = shade, .blue = shade});
+    return isTranslucent ? black(opacity) : solid(black(opacity));
 }
 
 NinePatch panelPatch(double radius, const QColor& color) {

@@ -129,10 +129,13 @@ public:
         return appearance == appearance_ && style == style_;
     }
 
-    void paint(Picture& picture, const OverlayZone& zone, const PixelRect& area) {
+    void paint(Picture& picture, const OverlayZone& zone, const PixelRect& area, bool hasButtons) {
         if (area.width > 0 && area.height > 0) {
             paintShape(picture, area, zone.isSelected);
-            place(picture, numberImage(zone, area), area);
+            // Buttons take the place of the number.
+            if (!hasButtons) {
+                place(picture, numberImage(zone, area), area);
+            }
         }
     }
 
@@ -205,6 +208,17 @@ private:
 };
 
 Picture OverlayPainter::paint(const OverlayContentView& view, const StageStyle& style) {
+    auto picture = paintContent(view, style);
+    if (view.editing) {
+        if (!editing_ || editing_->style() != style) {
+            editing_.emplace(style);
+        }
+        editing_->paint(picture, *view.editing, view.displayFrame.size());
+    }
+    return picture;
+}
+
+Picture OverlayPainter::paintContent(const OverlayContentView& view, const StageStyle& style) {
     const auto window = pixels(view.displayFrame, view.displayFrame.origin());
     if (const auto* message = std::get_if<OverlayMessage>(&view.content)) {
         return paintMessage(*message, window, style);
@@ -212,9 +226,11 @@ Picture OverlayPainter::paint(const OverlayContentView& view, const StageStyle& 
     if (!zones_ || !zones_->hasLook(view.appearance, style)) {
         zones_ = std::make_shared<ZonePainter>(view.appearance, style);
     }
+    const auto edited = view.editing ? view.editing->zoneWithButtons() : std::nullopt;
     Picture picture;
     for (const auto& zone : std::get<OverlayZones>(view.content)) {
-        zones_->paint(picture, zone, pixels(zone.rect, view.displayFrame.origin()));
+        const bool hasButtons = edited && zone.rect.contains(edited->pixelRect(view.displayFrame).center());
+        zones_->paint(picture, zone, pixels(zone.rect, view.displayFrame.origin()), hasButtons);
     }
     return picture;
 }

@@ -1,6 +1,8 @@
 #pragma once
-// What one overlay window shows: the numbered zones of its display, or a message in their place.
+// What one overlay window shows: the numbered zones of its display, or a message in their place, and the
+// layer on which the zones are edited.
 
+#include "Karto/Overlay/ZoneEditingView.h"
 #include "Karto/Platform/OverlayStage.h"
 #include "KartoCore/Geometry.h"
 #include "KartoCore/OverlayAppearance.h"
@@ -8,6 +10,7 @@
 #include "KartoCore/Picture.h"
 
 #include <memory>
+#include <optional>
 
 namespace karto {
 
@@ -16,6 +19,7 @@ struct OverlayContentView {
     // The display's frame, global points; its origin is the window's top left corner.
     Rect displayFrame;
     OverlayAppearance appearance;
+    std::optional<ZoneEditingView> editing;
 
     bool operator==(const OverlayContentView&) const = default;
 };
@@ -29,7 +33,10 @@ public:
 private:
     class ZonePainter;
 
+    Picture paintContent(const OverlayContentView& view, const StageStyle& style);
+
     std::shared_ptr<ZonePainter> zones_;
+    std::optional<ZoneEditingPainter> editing_;
 };
 
 } // namespace karto

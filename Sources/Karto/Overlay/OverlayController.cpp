@@ -144,18 +144,23 @@ void OverlayController::hide() {
     services_.stage.present();
 }
 
-void OverlayController::beginPreview(WindowHandle previewWindow, ZoneClickHandler onZoneClick) {
-    preview_ = Preview{.window = previewWindow, .onZoneClick = std::move(onZoneClick)};
+void OverlayController::beginPreview(WindowHandle previewWindow, PreviewHandlers handlers) {
+    preview_ = Preview{.window = previewWindow, .handlers = std::move(handlers), .layouts = {}};
     pendingShow_.reset();
     pendingPreparation_.reset();
 }
 
 void OverlayController::updatePreview(const KartoConfig& config, std::optional<int> selectedZoneOrder) {
+    const auto displays = services_.displays.displays();
+    if (displays != windowDisplays_) {
+        endGestures();
+    }
     if (!preview_) {
         return;
     }
     appearance_ = appearanceOf(&config);
-    auto screens = screensOf(&config, services_.displays.displays(), std::nullopt);
+    preview_->layouts = config.displays;
+    auto screens = screensOf(&config, displays, std::nullopt);
     if (selectedZoneOrder) {
         select(*selectedZoneOrder, screens);
     }
@@ -171,6 +176,7 @@ void OverlayController::updatePreview(const KartoConfig& config, std::optional<i
 }
 
 void OverlayController::endPreview() {
+    endGestures();
     preview_.reset();
     hide();
     if (modifiers_ != nullptr) {
@@ -235,8 +241,9 @@ std::vector<std::string> OverlayController::createWindows() {
             continue;
         }
         isTaken[*index] = true;
-        overlayWindows_.push_back(std::make_unique<OverlayWindow>(
-            services_.stage, paint_, systemScreens[*index].frame, services_.activity.isActive()));
+        overlayWindows_.push_back(std::make_unique<OverlayWindow>(services_.stage, services_.scheduler,
+                                                                  paint_, systemScreens[*index].frame,
+                                                                  services_.activity.isActive()));
         windowDisplays_.push_back(screen.display);
         matched.push_back(std::move(screen));
     }
@@ -252,13 +259,42 @@ void OverlayController::fill() {
         window.setZoneTapHandler([this, display](std::optional<int> number) {
             if (preview_) {
                 // The handler may end the preview.
-                const auto onZoneClick = preview_->onZoneClick;
+                const auto onZoneClick = preview_->handlers.onZoneClick;
                 if (onZoneClick) {
                     onZoneClick(display, number);
                 }
             }
         });
-        window.setView({.content = content, .displayFrame = display.frame, .appearance = appearance_});
+        window.setView(
+            {.content = content, .displayFrame = display.frame, .appearance = appearance_, .editing = {}},
+            editing(display));
+    }
+}
+
+std::optional<ZoneEditingModel> OverlayController::editing(const DisplayInfo& display) const {
+    if (!preview_) {
+        return std::nullopt;
+    }
+    const auto layout = std::ranges::find_if(preview_->layouts, [&](const DisplayLayout& each) {
+        return each.name == display.name && each.orientation == display.orientation();
+    });
+    if (layout == preview_->layouts.end()) {
+        return std::nullopt;
+    }
+    auto perform = [this, display](const ZoneEdit& edit) {
+        // The handler may end the preview.
+        const auto onEdit = preview_ ? preview_->handlers.onEdit : nullptr;
+        if (onEdit) {
+            onEdit(display, edit);
+        }
+    };
+    return ZoneEditingModel{.root = layout->root, .perform = callbacks_.wrap(std::move(perform))};
+}
+
+void OverlayController::endGestures() {
+    // Whoever is asked may make other windows.
+    for (std::size_t index = 0; index < overlayWindows_.size(); ++index) {
+        overlayWindows_[index]->endGesture();
     }
 }
 

@@ -1,12 +1,13 @@
 #pragma once
 // Puts the overlay on the displays: while the hyper combination is held, after its delay, or as a preview
-// directly below another window of this program, where zones can be clicked.
+// directly below another window of this program, where zones can be clicked and edited.
 
 #include "Karto/Adapters/ConfigProviding.h"
 #include "Karto/Adapters/DisplayProviding.h"
 #include "Karto/Adapters/ModifierWatching.h"
 #include "Karto/Log.h"
 #include "Karto/Overlay/OverlayWindow.h"
+#include "Karto/Overlay/ZoneEdit.h"
 #include "Karto/Platform/ApplicationActivity.h"
 #include "Karto/Platform/OverlayStage.h"
 #include "Karto/Platform/Registration.h"
@@ -14,6 +15,7 @@
 #include "Karto/Platform/Screens.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "KartoCore/Config.h"
+#include "KartoCore/LayoutTree.h"
 #include "KartoCore/OverlayDecision.h"
 #include "KartoCore/OverlayLayout.h"
 
@@ -38,8 +40,13 @@ public:
         CheckLog& log;
     };
 
-    // Hears the display that was clicked on, and the number of the zone or none.
-    using ZoneClickHandler = std::function<void(const DisplayInfo&, std::optional<int>)>;
+    struct PreviewHandlers {
+        // Hears the display that was clicked on, and the number of the zone or none.
+        std::function<void(const DisplayInfo&, std::optional<int>)> onZoneClick;
+        // Hears what is to be done to the zones of a display. Nothing is done here: updatePreview() shows
+        // what has become of it.
+        std::function<void(const DisplayInfo&, const ZoneEdit&)> onEdit;
+    };
 
     OverlayController(const Services& services, PaintOverlay paint);
 
@@ -48,16 +55,19 @@ public:
 
     // Until endPreview(), modifiers and changes of the screens are ignored. Nothing shows before
     // updatePreview().
-    void beginPreview(WindowHandle previewWindow, ZoneClickHandler onZoneClick);
+    void beginPreview(WindowHandle previewWindow, PreviewHandlers handlers);
     // Shows a configuration, which need not be the one in force, below the preview's window. Nothing without
     // a preview.
     void updatePreview(const KartoConfig& config, std::optional<int> selectedZoneOrder);
+    // A drag that is under way is committed first.
     void endPreview();
 
 private:
     struct Preview {
         WindowHandle window;
-        ZoneClickHandler onZoneClick;
+        PreviewHandlers handlers;
+        // What can be edited.
+        std::vector<DisplayLayout> layouts;
     };
 
     void modifiersChanged(ModifierSet held);
@@ -76,6 +86,10 @@ private:
     [[nodiscard]] std::vector<std::string> rebuildWindows(std::vector<OverlayScreen> screens);
     [[nodiscard]] std::vector<std::string> createWindows();
     void fill();
+    // What of the preview can be edited on the display.
+    [[nodiscard]] std::optional<ZoneEditingModel> editing(const DisplayInfo& display) const;
+    // What they ask for may end the preview.
+    void endGestures();
     void report(const std::vector<std::string>& sentences);
 
     Services services_;

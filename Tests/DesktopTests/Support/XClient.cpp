@@ -3,6 +3,7 @@
 #include "Support/Waiting.h"
 
 #include <algorithm>
+#include <cstring>
 #include <span>
 
 namespace karto::desktop {
@@ -172,6 +173,24 @@ bool XClient::hasState(xcb_window_t window, const std::string& state) const {
 void XClient::settle() const {
     const Reply<xcb_get_input_focus_reply_t> answer(
         xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
+}
+
+std::uint32_t XClient::colorAt(int x, int y) const {
+    const auto cookie = xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, root(), std::int16_t(x),
+                                      std::int16_t(y), 1, 1, ~0U);
+    const Reply<xcb_get_image_reply_t> image(xcb_get_image_reply(connection(), cookie, nullptr));
+    std::uint32_t color = 0;
+    std::memcpy(&color, xcb_get_image_data(image.get()), sizeof color);
+    return color & 0xFFFFFF;
+}
+
+void XClient::raise(xcb_window_t window) const { restack(window, XCB_STACK_MODE_ABOVE); }
+
+void XClient::lower(xcb_window_t window) const { restack(window, XCB_STACK_MODE_BELOW); }
+
+void XClient::restack(xcb_window_t window, std::uint32_t mode) const {
+    xcb_configure_window(connection(), window, XCB_CONFIG_WINDOW_STACK_MODE, &mode);
+    flush();
 }
 
 void XClient::askManager(xcb_window_t window, const std::string& message,

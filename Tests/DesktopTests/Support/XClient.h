@@ -64,12 +64,17 @@ public:
     // The same of windows that another program has taken into one of its own, as trays do.
     [[nodiscard]] std::vector<Rect> embeddedFrames(const std::string& name) const;
 
+    // The colour 0xRRGGBB that a person sees there.
+    [[nodiscard]] std::uint32_t colorAt(int x, int y) const;
+
     // Requests to the window manager; they return before it has acted.
     void activate(xcb_window_t window) const;
     void place(xcb_window_t window, const Rect& frame) const;
     void close(xcb_window_t window) const;
     void maximize(xcb_window_t window) const;
     void makeFullScreen(xcb_window_t window) const;
+    void raise(xcb_window_t window) const;
+    void lower(xcb_window_t window) const;
 
     // True once the manager has handled everything that was sent before; false when it does not answer. A
     // manager that cannot be asked counts as having answered.
@@ -89,6 +94,7 @@ private:
     // The instance of its WM_CLASS.
     [[nodiscard]] bool isNamed(xcb_window_t window, const std::string& name) const;
     [[nodiscard]] std::optional<Rect> clientArea(xcb_window_t window) const;
+    void restack(xcb_window_t window, std::uint32_t mode) const;
     void askManager(xcb_window_t window, const std::string& message,
                     const std::array<std::uint32_t, 5>& items) const;
 

@@ -2,7 +2,7 @@
 
 #include "Karto/Platform/X11/Stage/PaintPlan.h"
 #include "Karto/Platform/X11/Stage/PictureDamage.h"
-#include "Karto/Platform/X11/Stage/PixelArea.h"
+#include "KartoCore/PixelArea.h"
 
 #include <algorithm>
 #include <cmath>

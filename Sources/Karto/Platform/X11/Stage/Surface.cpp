@@ -1,7 +1,7 @@
 #include "Karto/Platform/X11/Stage/Surface.h"
 
 #include "Karto/Platform/X11/Server/Rectangles.h"
-#include "Karto/Platform/X11/Stage/PixelArea.h"
+#include "KartoCore/PixelArea.h"
 
 #include <cstddef>
 #include <utility>

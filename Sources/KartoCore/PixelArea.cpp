@@ -1,8 +1,8 @@
-#include "Karto/Platform/X11/Stage/PixelArea.h"
+#include "KartoCore/PixelArea.h"
 
 #include <algorithm>
 
-namespace karto::x11 {
+namespace karto {
 
 std::vector<PixelRect> common(const PixelRect& area, std::span<const PixelRect> others) {
     std::vector<PixelRect> result;
@@ -66,4 +66,4 @@ PixelRect boundsOf(std::span<const PixelRect> areas) {
     return {.x = x, .y = y, .width = maxX - x, .height = maxY - y};
 }
 
-} // namespace karto::x11
+} // namespace karto

@@ -1,12 +1,12 @@
 #pragma once
 // Arithmetic on rectangles of whole pixels.
 
-#include "KartoCore/Picture.h"
+#include "KartoCore/Geometry.h"
 
 #include <span>
 #include <vector>
 
-namespace karto::x11 {
+namespace karto {
 
 inline bool overlap(const PixelRect& a, const PixelRect& b) {
     return a.x < b.x + b.width && b.x < a.x + a.width && a.y < b.y + b.height && b.y < a.y + a.height;
@@ -24,4 +24,4 @@ void unite(std::vector<PixelRect>& areas, const PixelRect& other);
 // The smallest area around all of them, of which there must be one.
 PixelRect boundsOf(std::span<const PixelRect> areas);
 
-} // namespace karto::x11
+} // namespace karto
