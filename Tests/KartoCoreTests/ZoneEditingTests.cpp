@@ -35,15 +35,15 @@ TEST(ZoneEditing, boundariesAreListedOuterFirstWithTheirRegions) {
 }
 
 RC_GTEST_PROP(ZoneEditing, pathsLeadBackToTheBoundariesAndZonesThatHaveThem, ()) {
-    const LayoutNode tree = *trees();
-    for (const EditBoundary& each : ZoneEditing::boundaries(tree, NormRect::full())) {
-        RC_ASSERT(ZoneEditing::boundary(each.path, tree) == each);
-        RC_ASSERT(!ZoneEditing::zone(each.path, tree));
+    const LayoutNode root = *testing::trees();
+    for (const EditBoundary& each : ZoneEditing::boundaries(root, NormRect::full())) {
+        RC_ASSERT(ZoneEditing::boundary(each.path, root) == each);
+        RC_ASSERT(!ZoneEditing::zone(each.path, root));
     }
-    for (const TreeZone& each : tree.zones(NormRect::full())) {
-        RC_ASSERT(ZoneEditing::zone(each.path, tree) == each);
-        RC_ASSERT(!ZoneEditing::boundary(each.path, tree));
-        RC_ASSERT(!ZoneEditing::zone(each.path.appending(Branch::first), tree));
+    for (const TreeZone& each : root.zones(NormRect::full())) {
+        RC_ASSERT(ZoneEditing::zone(each.path, root) == each);
+        RC_ASSERT(!ZoneEditing::boundary(each.path, root));
+        RC_ASSERT(!ZoneEditing::zone(each.path.appending(Branch::first), root));
     }
 }
 
