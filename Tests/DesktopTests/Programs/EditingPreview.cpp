@@ -9,6 +9,7 @@
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
 #include "Karto/Platform/Linux/QtScheduler.h"
+#include "Karto/Platform/Linux/SessionBus.h"
 #include "Karto/Platform/X11/Displays/Screens.h"
 #include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
 #include "Karto/Platform/X11/Server/Connection.h"
@@ -175,7 +176,8 @@ int main(int argumentCount, char** arguments) {
     x11::Screens screens(*connection, scheduler);
     x11::ModifierEvents modifierEvents(*connection);
     x11::ApplicationActivity activity(*connection, accessibility, scheduler, getpid());
-    QtDesktopTheme theme;
+    SessionBus bus(descriptors);
+    QtDesktopTheme theme(bus);
     x11::OverlayStage stage(*connection, windowManager, modifierEvents, theme, scheduler);
 
     testing::FixedConfig saved;

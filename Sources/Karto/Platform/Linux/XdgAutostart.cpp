@@ -89,13 +89,20 @@ std::expected<void, std::string> XdgAutostart::registerItem() {
 }
 
 std::expected<void, std::string> XdgAutostart::unregisterItem() {
+    const auto failure = [this](const FileError& error) {
+        return std::unexpected(fmt::format("\"{}\": {}", path(), error.message));
+    };
+    if (const auto text = files_.read(path(), maximumEntryBytes);
+        !text && text.error().kind == FileError::Kind::other) {
+        return failure(text.error());
+    }
     const auto entry = entryAt(path());
     if (entry && isForeign(*entry)) {
         return foreign();
     }
     if (entry) {
         if (const auto outcome = files_.remove(path()); !outcome) {
-            return std::unexpected(fmt::format("\"{}\": {}", path(), outcome.error().message));
+            return failure(outcome.error());
         }
     }
     if (const auto system = systemEntry()) {
