@@ -12,6 +12,8 @@ SessionBus::SessionBus(DescriptorWatch& descriptors) {
     }
     bus_.reset(bus);
     state_ = State::connecting;
+    // A limit would be a timer, and an answer that comes late is as good.
+    sd_bus_set_method_call_timeout(bus, UINT64_MAX);
     // Writing is left to the next reading: what this program says is short, and the bus takes it at once or
     // has stopped answering as well.
     readable_ = descriptors.watch(sd_bus_get_fd(bus), [this] { pump(); });

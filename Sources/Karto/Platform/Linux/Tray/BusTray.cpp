@@ -12,9 +12,6 @@ constexpr auto busPath = "/org/freedesktop/DBus";
 constexpr auto watcherName = "org.kde.StatusNotifierWatcher";
 constexpr auto watcherPath = "/StatusNotifierWatcher";
 
-// However long the bus takes: a limit would be a timer.
-constexpr std::uint64_t forever = UINT64_MAX;
-
 constexpr std::chrono::milliseconds repaintTime{1000};
 
 } // namespace
@@ -161,7 +158,7 @@ void BusTray::askForHost() {
     sd_bus_message_new_method_call(bus_.get(), &call, watcherName, watcherPath,
                                    "org.freedesktop.DBus.Properties", "Get");
     sd_bus_message_append(call, "ss", watcherName, "IsStatusNotifierHostRegistered");
-    sd_bus_call_async(bus_.get(), &slot, call, Calls::hostTold, this, forever);
+    sd_bus_call_async(bus_.get(), &slot, call, Calls::hostTold, this, 0);
     sd_bus_message_unref(call);
     question_.reset(slot);
 }

@@ -33,7 +33,7 @@ public:
     void show(const StatusItemContent& content) override;
     void hide() override;
 
-    // The menu is made anew when it opens, and none stays open without the person looking at it.
+    // The program's own menu is made anew each time that it opens.
     void updateMenu() override {}
 
 private:
