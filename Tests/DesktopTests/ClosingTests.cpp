@@ -30,6 +30,7 @@ TEST_F(ClosingTest, aWindowIsReportedGoneWhenItIsGoneForGood) {
     });
     const auto unheard = accessibility.observeClosing(
         {other.window()}, [] { ADD_FAILURE() << "the window that stays was reported"; });
+    settle();
     window.process().signal(SIGKILL);
     EXPECT_TRUE(reaches([&] { return closed > 0; }));
     EXPECT_EQ(closed, 1);
