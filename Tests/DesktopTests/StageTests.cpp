@@ -1,12 +1,12 @@
 #include "StageTest.h"
 
 #include "DesktopTest.h"
+#include "Support/Footprint.h"
 
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 #include "Karto/Platform/X11/Windows/ApplicationActivity.h"
 
 #include <malloc.h>
-#include <xcb/res.h>
 
 #include <algorithm>
 #include <span>
@@ -279,19 +279,10 @@ TEST_F(StageTest, showingAndHidingLeavesNothingBehind) {
         }
     };
     const auto resources = [&] {
-        const Reply<xcb_res_query_client_resources_reply_t> reply(xcb_res_query_client_resources_reply(
-            server(),
-            xcb_res_query_client_resources(server(), xcb_get_setup(connection->get())->resource_id_base),
-            nullptr));
-        int sum = 0;
-        for (auto type = xcb_res_query_client_resources_types_iterator(reply.get()); type.rem > 0;
-             xcb_res_type_next(&type)) {
-            sum += int(type.data->count);
-        }
-        return sum;
+        return resourcesOf(desktop.x(), xcb_get_setup(connection->get())->resource_id_base);
     };
     showAndHide(500);
-    const int resourcesBefore = resources();
+    const auto resourcesBefore = resources();
     const auto bytesBefore = mallinfo2().uordblks;
     showAndHide(10'000);
     EXPECT_EQ(resources(), resourcesBefore);

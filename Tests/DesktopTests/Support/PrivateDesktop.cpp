@@ -193,6 +193,9 @@ void PrivateDesktop::arrange(const std::vector<std::string>& layout) {
 }
 
 void PrivateDesktop::addMode(const std::string& connectorName, const Rect& area) {
+    if (!modes_.emplace(connectorName, modeName(area)).second) {
+        return;
+    }
     // The timings beyond the visible part mean nothing to a card that drives no cable.
     const auto text = [](double value) { return fmt::format("{}", value); };
     run({"xrandr", "--newmode", modeName(area), "80", text(area.width), text(area.width + 8),

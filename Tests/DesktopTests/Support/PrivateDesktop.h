@@ -9,7 +9,9 @@
 #include <csignal>
 #include <filesystem>
 #include <memory>
+#include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace karto::desktop {
@@ -92,6 +94,8 @@ private:
     std::string display_;
     std::string busAddress_ = "disabled:";
     bool hasOutputs_ = false;
+    // By connector, what was added already.
+    std::set<std::pair<std::string, std::string>> modes_;
     // The call that puts every output in its place.
     std::vector<std::string> layout_{"xrandr"};
     int programs_ = 0;

@@ -1,0 +1,186 @@
+// Has the program live through a storm and asks afterwards what became of it:
+// soak MINUTES SEED plain|composited. What happened is in a table on standard output; the status is 1 when
+// something is wrong, with a sentence for each such thing on standard error.
+
+#include "Storm.h"
+
+#include "Support/Footprint.h"
+#include "Support/SampleZones.h"
+
+#include <fmt/format.h>
+#include <fmt/ranges.h>
+
+#include <csignal>
+#include <cstdio>
+#include <span>
+
+namespace karto::desktop {
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+// Memory that is given back to nobody, for it will be needed again: by the allocator, and by the sanitizers.
+#ifdef __SANITIZE_ADDRESS__
+constexpr long mostGrowthKilobytes = 65'536;
+#else
+constexpr long mostGrowthKilobytes = 2'048;
+#endif
+
+const Environment sanitizerOptions{{"ASAN_OPTIONS", "quarantine_size_mb=8:detect_leaks=1"},
+                                   {"UBSAN_OPTIONS", "print_stacktrace=1"}};
+
+class Soak {
+public:
+    Soak(std::chrono::seconds duration, std::uint32_t seed, bool isComposited)
+        : duration_(duration)
+        , storm_(desktop_, seed, isComposited)
+        , karto_(desktop_, sanitizerOptions) {
+        karto_.waitForBanner();
+    }
+
+    // Whether all is well.
+    bool run() {
+        weather(std::min<std::chrono::seconds>(duration_ / 3, 60s));
+        const Footprint before = atRest();
+        weather(duration_ - std::min<std::chrono::seconds>(duration_ / 3, 60s));
+        const Footprint after = atRest();
+        print(before, after);
+        compare(before, after);
+        end();
+        return faults_.empty();
+    }
+
+    [[nodiscard]] const std::vector<std::string>& faults() const { return faults_; }
+
+private:
+    void weather(std::chrono::seconds duration) {
+        for (const auto end = Clock::now() + duration; Clock::now() < end;) {
+            storm_.act();
+            if (!karto_.process().isAlive()) {
+                throw std::runtime_error(
+                    fmt::format("Karto died; the last that happened was: {}; it said: {}",
+                                fmt::join(storm_.latest(), ", "), karto_.process().errors()));
+            }
+        }
+        storm_.calm();
+    }
+
+    // What Karto holds once it obeys and has nothing more to do.
+    Footprint atRest() {
+        expectObedience();
+        expectNothingOnScreen();
+        // What is hidden stays with the server for ten seconds.
+        Footprint footprint = footprintOf(desktop_.x(), karto_.process().pid());
+        for (auto since = Clock::now(); Clock::now() - since < 11s;) {
+            std::this_thread::sleep_for(200ms);
+            const Footprint now = footprintOf(desktop_.x(), karto_.process().pid());
+            if (now.serverResources != footprint.serverResources) {
+                since = Clock::now();
+            }
+            footprint = now;
+        }
+        return footprint;
+    }
+
+    void expectObedience() {
+        const Application window = Application::probe(desktop_, "plain", "witness", somewhere);
+        const auto& keys = storm_.keys();
+        // The end of the storm reaches Karto in its own time.
+        require("Karto to obey", [&] {
+            keys.chord("AE01");
+            return eventually([&] { return fits(window.frame(), zone::one); }, 300ms);
+        });
+        const std::vector<std::pair<std::string, Rect>> commands{
+            {"AE02", zone::two},  {"UP", zone::rightOfStudio}, {"RGHT", zone::three},
+            {"RGHT", zone::four}, {"AC04", zone::tower},       {"AE05", zone::five}};
+        for (const auto& [key, frame] : commands) {
+            keys.chord(key);
+            if (!eventually([&] { return fits(window.frame(), frame); }, 5s)) {
+                const Rect is = window.frame();
+                complain("hyper and {} left the window at {}, {}, {} x {}", key, is.x, is.y, is.width,
+                         is.height);
+            }
+        }
+    }
+
+    void expectNothingOnScreen() {
+        if (!eventually([this] { return desktop_.x().unmanagedFrames("karto").empty(); }, 5s)) {
+            complain("Karto left something on the screen");
+        }
+    }
+
+    void print(const Footprint& before, const Footprint& after) const {
+        fmt::print("| happened | times |\n|---|---:|\n");
+        for (const auto& [name, count] : storm_.counts()) {
+            fmt::print("| {} | {} |\n", name, count);
+        }
+        fmt::print("\n| Karto at rest holds | warmed up | at the end |\n|---|---:|---:|\n");
+        for (const auto& [name, field] : rows) {
+            fmt::print("| {} | {} | {} |\n", name, before.*field, after.*field);
+        }
+        std::fflush(stdout);
+    }
+
+    void compare(const Footprint& before, const Footprint& after) {
+        for (const auto& [name, field] : rows) {
+            const long allowed = field == &Footprint::residentKilobytes ? mostGrowthKilobytes : 0;
+            if (after.*field > before.*field + allowed) {
+                complain("{} grew from {} to {}", name, before.*field, after.*field);
+            }
+        }
+    }
+
+    void end() {
+        karto_.process().signal(SIGTERM);
+        if (karto_.process().waitForExit() != Exit{.status = 0, .signal = {}}) {
+            complain("Karto did not end in an orderly way");
+        }
+        const std::string errors = karto_.process().errors();
+        if (errors.contains("Sanitizer") || errors.contains("runtime error")) {
+            complain("the sanitizers report: {}", errors);
+        }
+    }
+
+    template<typename... Arguments>
+    void complain(fmt::format_string<Arguments...> format, Arguments&&... arguments) {
+        faults_.push_back(fmt::format(format, std::forward<Arguments>(arguments)...));
+    }
+
+    inline static const std::vector<std::pair<std::string, long Footprint::*>> rows{
+        {"resident memory, kB", &Footprint::residentKilobytes},
+        {"descriptors", &Footprint::descriptors},
+        {"X resources", &Footprint::serverResources},
+        {"pixmaps, kB", &Footprint::pixmapKilobytes}};
+
+    std::chrono::seconds duration_;
+    PrivateDesktop desktop_;
+    Storm storm_;
+    KartoProcess karto_;
+    std::vector<std::string> faults_;
+};
+
+} // namespace
+
+} // namespace karto::desktop
+
+int main(int count, char** values) {
+    const std::span arguments(values, std::size_t(count));
+    if (arguments.size() != 4) {
+        std::fputs("soak MINUTES SEED plain|composited\n", stderr);
+        return 2;
+    }
+    try {
+        using namespace karto::desktop;
+        Soak soak(std::chrono::seconds(int(std::stod(arguments[1]) * 60)),
+                  std::uint32_t(std::stoul(arguments[2])), std::string_view(arguments[3]) == "composited");
+        const bool isWell = soak.run();
+        for (const auto& fault : soak.faults()) {
+            fmt::print(stderr, "soak: {}\n", fault);
+        }
+        return isWell ? 0 : 1;
+    } catch (const std::exception& failure) {
+        fmt::print(stderr, "soak: {}\n", failure.what());
+        return 1;
+    }
+}
