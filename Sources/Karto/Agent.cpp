@@ -5,6 +5,7 @@
 #include "Karto/Platform/HotKeyCenter.h"
 #include "Karto/Platform/Instance.h"
 #include "Karto/StatusReports.h"
+#include "Karto/TrustAlert.h"
 
 #include <fmt/format.h>
 
@@ -74,22 +75,7 @@ bool Agent::isTrustedOrExplains() {
     if (windows_.requestTrust()) {
         return true;
     }
-    log_.append("startup: Accessibility permission not granted, showing the onboarding alert and quitting");
-    Alert alert{.message = "Karto needs permission to control windows",
-                .informativeText =
-                    "Open System Settings → Privacy & Security → Accessibility and switch Karto on.\n\n"
-                    "If Karto is not in that list, click the \"+\" button below it and choose Karto in your "
-                    "Applications folder.\n\n"
-                    "Karto quits now — it does not pick the permission up while running. Start it again once "
-                    "you have granted it.",
-                .buttons = {"Open Settings", "Quit"}};
-    if (const auto problem = windows_.trustProblem()) {
-        log_.append("startup: " + *problem);
-        alert.informativeText += "\n\n" + *problem;
-    }
-    if (host_.runAlert(alert) == 0) {
-        windows_.openAccessibilitySettings();
-    }
+    explainDistrust(windows_.trustProblem(), host_, [this] { windows_.openAccessibilitySettings(); }, log_);
     return false;
 }
 

@@ -30,6 +30,7 @@
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 #include "Karto/Platform/X11/Windows/ApplicationActivity.h"
 #include "Karto/Switcher/SwitcherPanelView.h"
+#include "Karto/TrustAlert.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
@@ -83,9 +84,17 @@ int main(int argumentCount, char** arguments) {
     const bool isWayland =
         environment("XDG_SESSION_TYPE") == "wayland" || !environment("WAYLAND_DISPLAY").empty();
     const auto opened = x11::Connection::open();
+    if (!opened && isWayland) {
+        const int status = endWith(fmt::format(
+            "startup: {}, and Karto cannot work in a Wayland session — quitting", opened.error()));
+        QtApplicationHost host(QtApplicationHost::Session::wayland, argumentCount, arguments);
+        if (QtApplicationHost::isVisible()) {
+            explainDistrust(x11::waylandProblem, host, QtApplicationHost::openDesktopSettings, log);
+        }
+        return status;
+    }
     if (!opened) {
-        return endWith(fmt::format("startup: {}{} — quitting", opened.error(),
-                                   isWayland ? ", and Karto cannot work in a Wayland session" : ""));
+        return endWith(fmt::format("startup: {} — quitting", opened.error()));
     }
     x11::Connection& connection = **opened;
     x11::SingleInstance instance(connection);
@@ -97,9 +106,7 @@ int main(int argumentCount, char** arguments) {
         return 0;
     }
 
-    // Windows of this program are placed in X pixels, which no other platform of the toolkit knows.
-    setenv("QT_QPA_PLATFORM", "xcb", 1); // NOLINT(concurrency-mt-unsafe)
-    QtApplicationHost host(argumentCount, arguments);
+    QtApplicationHost host(QtApplicationHost::Session::x11, argumentCount, arguments);
     QtScheduler scheduler;
     QtDescriptorWatch descriptors;
     SessionBus bus(descriptors);

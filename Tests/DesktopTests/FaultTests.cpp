@@ -129,6 +129,26 @@ TEST_F(FaultTest, aSessionWhoseWindowsNobodyMayMoveIsExplained) {
     EXPECT_EQ(karto->process().waitForExit(), (Exit{.status = 1, .signal = {}}));
 }
 
+TEST_F(FaultTest, aWaylandSessionWithoutAnXServerIsExplainedInAWindowOfItsOwn) {
+    shouldSurvive = false;
+    const std::string folder = desktop.home();
+    const Environment session{{"XDG_RUNTIME_DIR", folder},
+                              {"WAYLAND_DISPLAY", "private"},
+                              {"XDG_SESSION_TYPE", "wayland"},
+                              // Has the program's side of the protocol written to standard error.
+                              {"WAYLAND_DEBUG", "client"},
+                              {"DISPLAY", ""}};
+    const ChildProcess compositor = desktop.start(
+        {"weston", "--backend=headless-backend.so", "--socket=private", "--idle-time=0"}, session);
+    require("the compositor", [&] { return std::filesystem::exists(folder + "/private"); });
+    launchKarto(session);
+    EXPECT_TRUE(karto->log().next("and Karto cannot work in a Wayland session — quitting"));
+    EXPECT_TRUE(karto->log().next("showing the onboarding alert and quitting"));
+    EXPECT_TRUE(eventually([&] { return karto->process().errors().contains("set_title(\"Karto\")"); }));
+    karto->process().signal(SIGTERM);
+    EXPECT_EQ(karto->process().waitForExit(), (Exit{.status = 1, .signal = {}}));
+}
+
 TEST_F(FaultTest, aLogThatCannotBeWrittenStopsNothing) {
     std::ofstream(desktop.home() / "Library") << "a file in the way";
     startKarto();

@@ -52,6 +52,14 @@ sigset_t endings() {
     return set;
 }
 
+constexpr auto invisible = "offscreen";
+
+void choosePlatform(QtApplicationHost::Session session) {
+    // On X11, windows of this program are placed in X pixels, which no other platform of the toolkit knows.
+    const bool isX11 = session == QtApplicationHost::Session::x11;
+    qputenv("QT_QPA_PLATFORM", isX11 ? "xcb" : QByteArray("wayland;") + invisible);
+}
+
 // Delivers interrupt and termination signals to a descriptor instead of ending the process on the spot.
 int openSignalDescriptor() {
     const sigset_t set = endings();
@@ -59,10 +67,16 @@ int openSignalDescriptor() {
     return signalfd(-1, &set, SFD_CLOEXEC | SFD_NONBLOCK);
 }
 
+// What has to be done before the toolkit starts.
+int prepare(QtApplicationHost::Session session) {
+    choosePlatform(session);
+    return openSignalDescriptor();
+}
+
 } // namespace
 
-QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
-    : signals_(openSignalDescriptor())
+QtApplicationHost::QtApplicationHost(Session session, int& argumentCount, char** arguments)
+    : signals_(prepare(session))
     , application_(argumentCount, arguments)
     , endings_(descriptors_.watch(signals_.number(), [] { quit(0); })) {
     QApplication::setApplicationName("Karto");
@@ -72,6 +86,8 @@ QtApplicationHost::QtApplicationHost(int& argumentCount, char** arguments)
 }
 
 QtApplicationHost::~QtApplicationHost() = default;
+
+bool QtApplicationHost::isVisible() { return QGuiApplication::platformName() != invisible; }
 
 QtApplicationHost::LastDeletions::~LastDeletions() {
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);

@@ -20,8 +20,13 @@ class SessionBus;
 
 class QtApplicationHost final : public ApplicationHost {
 public:
-    // Takes main's arguments, which must outlive it. Requires an X display that can be reached.
-    QtApplicationHost(int& argumentCount, char** arguments);
+    enum class Session : std::uint8_t { x11, wayland };
+
+    // Takes main's arguments, which must outlive it. Requires, for X11, a display that can be reached.
+    QtApplicationHost(Session session, int& argumentCount, char** arguments);
+
+    // Whether what it shows can be seen: in a Wayland session the toolkit may lack its part for that.
+    [[nodiscard]] static bool isVisible();
 
     QtApplicationHost(const QtApplicationHost&) = delete;
     QtApplicationHost(QtApplicationHost&&) = delete;

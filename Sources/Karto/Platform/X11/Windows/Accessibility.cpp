@@ -52,6 +52,10 @@ std::optional<xcb_window_t> subjectOf(const xcb_generic_event_t& event) {
 
 } // namespace
 
+const std::string waylandProblem =
+    "This is a Wayland session, which lets no program move the windows of others. Karto works in an X11 "
+    "session: choose one when you log in.";
+
 Accessibility::Accessibility(Connection& connection, WindowManager& manager, Scheduler& scheduler,
                              InstalledApplications& installed, SessionFacts session)
     : connection_(connection)
@@ -75,8 +79,7 @@ bool Accessibility::requestTrust() {
 
 std::optional<std::string> Accessibility::trustProblem() {
     if (session_.isWayland) {
-        return "This is a Wayland session, which lets no program move the windows of others. Karto works in "
-               "an X11 session: choose one when you log in.";
+        return waylandProblem;
     }
     if (!manager_.alive()) {
         return "No window manager that follows EWMH is running on this display. Karto asks the window "

@@ -25,6 +25,9 @@
 
 namespace karto::x11 {
 
+// Why nothing can be done in a Wayland session, one sentence.
+extern const std::string waylandProblem;
+
 // What the process knows of the session it runs in.
 struct SessionFacts {
     pid_t ownProcess = 0;
