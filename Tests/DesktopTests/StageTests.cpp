@@ -156,40 +156,6 @@ TEST_F(StageTest, aProgramThatInsistsOnTheFrontIsLeftThere) {
     EXPECT_LT(raises, 10);
 }
 
-// Whether a compositor runs.
-class StageClickTest : public StageTest, public ::testing::WithParamInterface<bool> {};
-
-TEST_P(StageClickTest, clicksAreReportedFromTheWholeWindow) {
-    if (GetParam()) {
-        startCompositor();
-    }
-    const auto window = stage->createWindow({.x = 100, .y = 50, .width = 400, .height = 300});
-    window->setPicture(
-        {.tiles = {{.image = even(red), .area = {.x = 0, .y = 0, .width = 50, .height = 50}}}});
-    window->setIgnoresMouse(false);
-    window->orderFront();
-    present();
-    std::vector<Point> clicks;
-    const auto registration = window->observeClicks([&](Point point) { clicks.push_back(point); });
-    const auto press = [&](std::uint8_t number, int fromX, int toX) {
-        require("the window", [&] { return isOwn(windowAt(fromX, 150)); });
-        button(XCB_BUTTON_PRESS, number);
-        movePointer(toX, 150);
-        button(XCB_BUTTON_RELEASE, number);
-    };
-    press(1, 200, 250);
-    press(3, 300, 300);
-    press(1, 110, 112);
-    press(1, 499, 499);
-    EXPECT_TRUE(reaches([&] { return clicks.size() >= 2; }));
-    EXPECT_EQ(clicks, (std::vector<Point>{{.x = 10, .y = 100}, {.x = 399, .y = 100}}));
-    window->setIgnoresMouse(true);
-    present();
-    EXPECT_TRUE(reaches([&] { return !isOwn(windowAt(200, 150)); }));
-}
-
-INSTANTIATE_TEST_SUITE_P(Compositor, StageClickTest, ::testing::Bool());
-
 TEST_F(StageTest, whatNothingBlendsIsCutOutAndTheCompositorIsFollowed) {
     const Application below =
         Application::probe(desktop, "plain", "below", {.x = 0, .y = 0, .width = 600, .height = 500});

@@ -75,10 +75,6 @@ public:
 
     void orderOut() override { self_->isVisible = false; }
 
-    Registration observeClicks(std::function<void(Point)> onClick) override {
-        return self_->clicks.add(std::move(onClick));
-    }
-
     void setCursor(Cursor cursor) override { self_->cursor = cursor; }
 
     Registration observePointer(std::function<void(const PointerEvent&)> onPointer) override {

@@ -26,7 +26,6 @@ struct MemoryStageWindow {
     bool isPrepared = false;
     bool isVisible = false;
     std::optional<WindowHandle> below;
-    Observers<Point> clicks;
     Cursor cursor = Cursor::arrow;
     // Where the pointer is in the window; absent while it is elsewhere.
     std::optional<Point> pointer;

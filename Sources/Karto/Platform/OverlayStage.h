@@ -64,9 +64,6 @@ public:
     // Where the pointer is, in pixels from the window's top left corner; absent while the window would not
     // hear of it there.
     [[nodiscard]] virtual std::optional<Point> pointer() = 0;
-
-    // Hears of clicks with the main button, in pixels from the window's top left corner.
-    [[nodiscard]] virtual Registration observeClicks(std::function<void(Point)> onClick) = 0;
 };
 
 class OverlayStage {

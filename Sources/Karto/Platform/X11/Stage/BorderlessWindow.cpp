@@ -5,16 +5,12 @@
 #include "KartoCore/PixelArea.h"
 
 #include <algorithm>
-#include <cmath>
 #include <iterator>
 #include <utility>
 
 namespace karto::x11 {
 
 namespace {
-
-// A hand trembles while it clicks.
-constexpr double mostTremble = 4;
 
 PixelRect pixelArea(const Rect& frame) {
     // The server knows no window without an area.
@@ -69,18 +65,6 @@ Registration BorderlessWindow::observePointer(std::function<void(const PointerEv
 
 std::optional<Point> BorderlessWindow::pointer() {
     return mouseTaker_ ? mouseTaker_->pointer() : std::nullopt;
-}
-
-Registration BorderlessWindow::observeClicks(std::function<void(Point)> onClick) {
-    return observePointer(
-        [pressed = std::optional<Point>(), onClick = std::move(onClick)](const PointerEvent& event) mutable {
-            if (event.action == PointerAction::pressed) {
-                pressed = event.place;
-            } else if (event.action == PointerAction::released && pressed &&
-                       std::hypot(event.place.x - pressed->x, event.place.y - pressed->y) <= mostTremble) {
-                onClick(*pressed);
-            }
-        });
 }
 
 void BorderlessWindow::prepare() {

@@ -84,7 +84,6 @@ public:
     void setCursor(Cursor cursor) override;
     Registration observePointer(std::function<void(const PointerEvent&)> onPointer) override;
     std::optional<Point> pointer() override;
-    Registration observeClicks(std::function<void(Point)> onClick) override;
 
     // The stage takes its windows through these together, one step after the other.
     // Sends whatever takes long; nothing of it can be seen.
