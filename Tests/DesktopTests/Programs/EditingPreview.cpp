@@ -165,7 +165,7 @@ int main(int argumentCount, char** arguments) {
     const QRect area = areaOf(arguments + 2);
 
     const auto connection = x11::Connection::open().value();
-    QtApplicationHost host(argumentCount, arguments);
+    QtApplicationHost host(QtApplicationHost::Session::x11, argumentCount, arguments);
     QtScheduler scheduler;
     QtDescriptorWatch descriptors;
     x11::WindowManager windowManager(*connection);
