@@ -75,6 +75,7 @@ bool Agent::isTrustedOrExplains() {
     if (windows_.requestTrust()) {
         return true;
     }
+    instance_.giveWay();
     explainDistrust(windows_.trustProblem(), host_, [this] { windows_.openAccessibilitySettings(); }, log_);
     return false;
 }

@@ -2,7 +2,7 @@
 
 namespace karto {
 
-void explainDistrust(const std::optional<std::string>& problem, ApplicationHost& host,
+void explainDistrust(const std::optional<TrustProblem>& problem, ApplicationHost& host,
                      const std::function<void()>& openSettings, CheckLog& log) {
     log.append("startup: Accessibility permission not granted, showing the onboarding alert and quitting");
     Alert alert{.message = "Karto needs permission to control windows",
@@ -14,8 +14,8 @@ void explainDistrust(const std::optional<std::string>& problem, ApplicationHost&
                     "you have granted it.",
                 .buttons = {"Open Settings", "Quit"}};
     if (problem) {
-        log.append("startup: " + *problem);
-        alert.informativeText += "\n\n" + *problem;
+        log.append("startup: " + problem->cause);
+        alert.informativeText += "\n\n" + problem->explanation;
     }
     if (host.runAlert(alert) == 0) {
         openSettings();

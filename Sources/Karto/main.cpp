@@ -81,15 +81,17 @@ int main(int argumentCount, char** arguments) {
         return failureStatus;
     };
 
+    // An X11 session may have inherited the other's socket.
+    const auto sessionType = environment("XDG_SESSION_TYPE");
     const bool isWayland =
-        environment("XDG_SESSION_TYPE") == "wayland" || !environment("WAYLAND_DISPLAY").empty();
+        sessionType.empty() ? !environment("WAYLAND_DISPLAY").empty() : sessionType == "wayland";
     const auto opened = x11::Connection::open();
     if (!opened && isWayland) {
         const int status = endWith(fmt::format(
             "startup: {}, and Karto cannot work in a Wayland session — quitting", opened.error()));
         QtApplicationHost host(QtApplicationHost::Session::wayland, argumentCount, arguments);
         if (QtApplicationHost::isVisible()) {
-            explainDistrust(x11::waylandProblem, host, QtApplicationHost::openDesktopSettings, log);
+            explainDistrust(x11::waylandProblem(), host, QtApplicationHost::openDesktopSettings, log);
         }
         return status;
     }

@@ -171,6 +171,15 @@ TEST_F(TrayTest, whereNoProgramListensOnTheBusTheIconIsDocked) {
     expectService();
 }
 
+TEST_F(TrayTest, anIconThatItsTrayLetsGoIsDockedOnceItTakesIconsAgain) {
+    const ChildProcess trayer = startTrayer();
+    launchKarto({{"DBUS_SESSION_BUS_ADDRESS", ""}});
+    ASSERT_TRUE(eventually([this] { return docked().size() == 1; }));
+    const auto before = docked();
+    desktop.x().inviteAnew("karto", "_NET_SYSTEM_TRAY_S0");
+    EXPECT_TRUE(eventually([&] { return docked() == before; }));
+}
+
 TEST_F(TrayTest, aTrayOnTheBusIsPreferred) {
     ChildProcess trayer = startTrayer();
     startKarto();

@@ -43,6 +43,10 @@ struct ManualInstance final : Instance {
     Registration observeFurtherStarts(std::function<void()> onStart) override {
         return starts.add(std::move(onStart));
     }
+
+    void giveWay() override { hasGivenWay = true; }
+
+    bool hasGivenWay = false;
 };
 
 class AgentTest : public ::testing::Test {
@@ -103,12 +107,13 @@ orientation = "landscape"
 } // namespace
 
 TEST_F(AgentTest, explainsWhatIsMissingAndOffersToOpenTheSettings) {
-    desktop.distrust = "No window manager is running.";
+    desktop.distrust = {.cause = "no window manager is running",
+                        .explanation = "No window manager is running."};
     EXPECT_FALSE(agent.start());
     EXPECT_EQ(desktop.settingsOpened, 1);
     EXPECT_EQ(report(),
               R"(startup: Accessibility permission not granted, showing the onboarding alert and quitting
-startup: No window manager is running.)");
+startup: no window manager is running)");
     desktop.answer = 1;
     EXPECT_FALSE(agent.start());
     EXPECT_EQ(desktop.settingsOpened, 1);
@@ -123,6 +128,7 @@ Karto quits now — it does not pick the permission up while running. Start it a
 No window manager is running.)",
                       .buttons = {"Open Settings", "Quit"}};
     EXPECT_THAT(desktop.alerts, ElementsAre(alert, alert));
+    EXPECT_TRUE(instance.hasGivenWay);
 }
 
 TEST_F(AgentTest, aFirstRunClaimsTheDefaultsAndSaysThatThereIsNoFile) {

@@ -131,4 +131,11 @@ TEST_F(AutostartTest, aFailureHasTheSystemsWords) {
     EXPECT_THAT(problem(autostart().unregisterItem()), HasSubstr("permission denied"));
 }
 
+TEST_F(AutostartTest, anEntryThatCannotBeReadIsLeftAlone) {
+    std::filesystem::create_directories(entry());
+    EXPECT_THAT(problem(autostart().registerItem()), HasSubstr(entry().string()));
+    EXPECT_THAT(problem(autostart().unregisterItem()), HasSubstr(entry().string()));
+    EXPECT_TRUE(std::filesystem::is_directory(entry()));
+}
+
 } // namespace karto::testing

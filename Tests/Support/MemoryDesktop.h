@@ -67,7 +67,7 @@ public:
     MemoryWindow& window(WindowHandle window);
     std::optional<std::int32_t> frontmost;
     // Why windows cannot be moved here; absent when they can.
-    std::optional<std::string> distrust;
+    std::optional<TrustProblem> distrust;
     int settingsOpened = 0;
 
     // Screens. Changing `connected` alone goes unnoticed.
@@ -109,7 +109,7 @@ public:
 
     bool requestTrust() override { return !distrust; }
 
-    std::optional<std::string> trustProblem() override { return distrust; }
+    std::optional<TrustProblem> trustProblem() override { return distrust; }
 
     void openSettings() override { ++settingsOpened; }
 

@@ -15,7 +15,7 @@ bool WindowService::isTrusted() const { return accessibility_.isTrusted(); }
 
 bool WindowService::requestTrust() { return accessibility_.requestTrust(); }
 
-std::optional<std::string> WindowService::trustProblem() const { return accessibility_.trustProblem(); }
+std::optional<TrustProblem> WindowService::trustProblem() const { return accessibility_.trustProblem(); }
 
 void WindowService::openAccessibilitySettings() { accessibility_.openSettings(); }
 

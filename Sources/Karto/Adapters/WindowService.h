@@ -15,7 +15,7 @@ public:
     // The same after giving a desktop that is still starting a few seconds.
     bool requestTrust();
     // Why they cannot, one sentence; absent when they can.
-    [[nodiscard]] std::optional<std::string> trustProblem() const;
+    [[nodiscard]] std::optional<TrustProblem> trustProblem() const;
     // Opens the place where a person can change that, as far as the desktop has one.
     void openAccessibilitySettings();
 

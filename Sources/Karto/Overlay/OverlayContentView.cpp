@@ -129,13 +129,10 @@ public:
         return appearance == appearance_ && style == style_;
     }
 
-    void paint(Picture& picture, const OverlayZone& zone, const PixelRect& area, bool hasButtons) {
+    void paint(Picture& picture, const OverlayZone& zone, const PixelRect& area) {
         if (area.width > 0 && area.height > 0) {
             paintShape(picture, area, zone.isSelected);
-            // Buttons take the place of the number.
-            if (!hasButtons) {
-                place(picture, numberImage(zone, area), area);
-            }
+            place(picture, numberImage(zone, area), area);
         }
     }
 
@@ -226,11 +223,9 @@ Picture OverlayPainter::paintContent(const OverlayContentView& view, const Stage
     if (!zones_ || !zones_->hasLook(view.appearance, style)) {
         zones_ = std::make_shared<ZonePainter>(view.appearance, style);
     }
-    const auto edited = view.editing ? view.editing->zoneWithButtons() : std::nullopt;
     Picture picture;
     for (const auto& zone : std::get<OverlayZones>(view.content)) {
-        const bool hasButtons = edited && zone.rect.contains(edited->pixelRect(view.displayFrame).center());
-        zones_->paint(picture, zone, pixels(zone.rect, view.displayFrame.origin()), hasButtons);
+        zones_->paint(picture, zone, pixels(zone.rect, view.displayFrame.origin()));
     }
     return picture;
 }

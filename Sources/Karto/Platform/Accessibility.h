@@ -29,6 +29,12 @@ struct Application {
     bool operator==(const Application&) const = default;
 };
 
+// Why a desktop is not trusted: as a clause for the log, and in sentences for a person.
+struct TrustProblem {
+    std::string cause;
+    std::string explanation;
+};
+
 class Accessibility {
 public:
     virtual ~Accessibility() = default;
@@ -37,8 +43,8 @@ public:
     virtual bool isTrusted() = 0;
     // The same after giving a desktop that is still starting a few seconds.
     virtual bool requestTrust() = 0;
-    // Why this desktop is not trusted, one sentence; absent when it is.
-    virtual std::optional<std::string> trustProblem() = 0;
+    // Absent when this desktop is trusted.
+    virtual std::optional<TrustProblem> trustProblem() = 0;
     // Opens the place where a person can change that, as far as the desktop has one.
     virtual void openSettings() = 0;
 

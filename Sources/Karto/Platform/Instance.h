@@ -13,6 +13,8 @@ public:
 
     // Hears when a person starts the program once more.
     [[nodiscard]] virtual Registration observeFurtherStarts(std::function<void()> onStart) = 0;
+    // Lets a further start run instead of this program, which is about to end.
+    virtual void giveWay() = 0;
 };
 
 } // namespace karto

@@ -125,20 +125,35 @@ std::vector<Rect> XClient::unmanagedFrames(const std::string& name) const {
 
 std::vector<Rect> XClient::embeddedFrames(const std::string& name) const {
     std::vector<Rect> frames;
+    for (const auto window : embedded(name)) {
+        if (const auto area = clientArea(window)) {
+            frames.push_back(*area);
+        }
+    }
+    return frames;
+}
+
+void XClient::inviteAnew(const std::string& name, const std::string& traySelection) const {
+    for (const auto window : embedded(name)) {
+        xcb_reparent_window(connection(), window, root(), 0, 0);
+    }
+    tellRoot(XCB_EVENT_MASK_STRUCTURE_NOTIFY, root(), "MANAGER", {XCB_CURRENT_TIME, atom(traySelection)});
+}
+
+std::vector<xcb_window_t> XClient::embedded(const std::string& name) const {
+    std::vector<xcb_window_t> found;
     auto windows = childrenOf(root());
     for (std::size_t i = 0, outer = windows.size(); i < windows.size(); ++i) {
         const auto cookie = xcb_get_window_attributes(connection(), windows[i]);
         const Reply<xcb_get_window_attributes_reply_t> attributes(
             xcb_get_window_attributes_reply(connection(), cookie, nullptr));
         const bool isShown = attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
-        const auto area =
-            i >= outer && isShown && isNamed(windows[i], name) ? clientArea(windows[i]) : std::nullopt;
-        if (area) {
-            frames.push_back(*area);
+        if (i >= outer && isShown && isNamed(windows[i], name)) {
+            found.push_back(windows[i]);
         }
         std::ranges::copy(childrenOf(windows[i]), std::back_inserter(windows));
     }
-    return frames;
+    return found;
 }
 
 std::vector<xcb_window_t> XClient::childrenOf(xcb_window_t window) const {
@@ -195,6 +210,12 @@ void XClient::restack(xcb_window_t window, std::uint32_t mode) const {
 
 void XClient::askManager(xcb_window_t window, const std::string& message,
                          const std::array<std::uint32_t, 5>& items) const {
+    tellRoot(XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY, window, message,
+             items);
+}
+
+void XClient::tellRoot(std::uint32_t eventMask, xcb_window_t window, const std::string& message,
+                       const std::array<std::uint32_t, 5>& items) const {
     xcb_client_message_event_t event{};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
@@ -205,8 +226,7 @@ void XClient::askManager(xcb_window_t window, const std::string& message,
     std::array<char, 32> bytes{};
     static_assert(sizeof event == sizeof bytes);
     std::copy_n(reinterpret_cast<const char*>(&event), sizeof event, bytes.begin());
-    xcb_send_event(connection(), 0, root(),
-                   XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY | XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT, bytes.data());
+    xcb_send_event(connection(), 0, root(), eventMask, bytes.data());
     flush();
 }
 

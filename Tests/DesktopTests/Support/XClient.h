@@ -63,6 +63,8 @@ public:
 
     // The same of windows that another program has taken into one of its own, as trays do.
     [[nodiscard]] std::vector<Rect> embeddedFrames(const std::string& name) const;
+    // Does what a tray does that lets go of its icons and takes them anew.
+    void inviteAnew(const std::string& name, const std::string& traySelection) const;
 
     // The colour 0xRRGGBB that a person sees there.
     [[nodiscard]] std::uint32_t colorAt(int x, int y) const;
@@ -93,6 +95,9 @@ private:
     [[nodiscard]] std::vector<xcb_window_t> childrenOf(xcb_window_t window) const;
     // The instance of its WM_CLASS.
     [[nodiscard]] bool isNamed(xcb_window_t window, const std::string& name) const;
+    [[nodiscard]] std::vector<xcb_window_t> embedded(const std::string& name) const;
+    void tellRoot(std::uint32_t eventMask, xcb_window_t window, const std::string& message,
+                  const std::array<std::uint32_t, 5>& items) const;
     [[nodiscard]] std::optional<Rect> clientArea(xcb_window_t window) const;
     void restack(xcb_window_t window, std::uint32_t mode) const;
     void askManager(xcb_window_t window, const std::string& message,

@@ -65,7 +65,7 @@ void PortalAccent::ask() {
     sd_bus_slot* slot = nullptr;
     sd_bus_match_signal_async(bus_.get(), &slot, service, object, interface, "SettingChanged",
                               Calls::settingChanged, nullptr, this);
-    changes_.reset(slot);
+    changes_.reset(std::exchange(slot, nullptr));
     sd_bus_call_method_async(bus_.get(), &slot, service, object, interface, "Read", Calls::settingTold, this,
                              "ss", colorGroup, colorKey);
     question_.reset(slot);

@@ -70,6 +70,8 @@ int openSignalDescriptor() {
 // What has to be done before the toolkit starts.
 int prepare(QtApplicationHost::Session session) {
     choosePlatform(session);
+    // A saved session would start Karto once more, beside the person's own choice to start it at login.
+    qunsetenv("SESSION_MANAGER");
     return openSignalDescriptor();
 }
 

@@ -22,14 +22,10 @@ std::string environmentPath(const char* name, const std::string& otherwise = {})
     return value != nullptr && *value == '/' ? value : otherwise;
 }
 
-// One that runs from an image of itself is started by that image. The name of a file that was replaced while
-// it ran stands for the new one.
+// The name of a file that was replaced while it ran stands for the new one.
 std::string runningProgram() {
     constexpr std::string_view replaced = " (deleted)";
     std::error_code error;
-    if (const auto image = environmentPath("APPIMAGE"); std::filesystem::exists(image, error)) {
-        return image;
-    }
     auto program = std::filesystem::read_symlink("/proc/self/exe", error).string();
     if (program.ends_with(replaced) && !std::filesystem::exists(program, error)) {
         program.resize(program.size() - replaced.size());
@@ -70,37 +66,29 @@ LoginItemStatus XdgAutostart::status() {
 }
 
 std::expected<void, std::string> XdgAutostart::registerItem() {
-    if (const auto entry = entryAt(path())) {
-        if (isForeign(*entry)) {
-            return foreign();
-        }
-        if (entry->isSwitchedOff) {
-            return std::unexpected(fmt::format("\"{}\" is switched off in the desktop's settings", path()));
-        }
+    const auto entry = ownEntry();
+    if (!entry) {
+        return std::unexpected(entry.error());
+    }
+    if (*entry && (*entry)->isSwitchedOff) {
+        return std::unexpected(fmt::format("\"{}\" is switched off in the desktop's settings", path()));
     }
     auto outcome = files_.createDirectories(places_.folder);
     if (outcome) {
         outcome = files_.writeAtomically(path(), autostartText(places_.program));
     }
     if (!outcome) {
-        return std::unexpected(fmt::format("\"{}\": {}", path(), outcome.error().message));
+        return failure(outcome.error());
     }
     return {};
 }
 
 std::expected<void, std::string> XdgAutostart::unregisterItem() {
-    const auto failure = [this](const FileError& error) {
-        return std::unexpected(fmt::format("\"{}\": {}", path(), error.message));
-    };
-    if (const auto text = files_.read(path(), maximumEntryBytes);
-        !text && text.error().kind == FileError::Kind::other) {
-        return failure(text.error());
+    const auto entry = ownEntry();
+    if (!entry) {
+        return std::unexpected(entry.error());
     }
-    const auto entry = entryAt(path());
-    if (entry && isForeign(*entry)) {
-        return foreign();
-    }
-    if (entry) {
+    if (*entry) {
         if (const auto outcome = files_.remove(path()); !outcome) {
             return failure(outcome.error());
         }
@@ -143,8 +131,24 @@ std::optional<std::string> XdgAutostart::systemEntry() {
     return std::nullopt;
 }
 
-std::unexpected<std::string> XdgAutostart::foreign() const {
-    return std::unexpected(fmt::format("\"{}\" belongs to another program and was left as it is", path()));
+std::expected<std::optional<AutostartEntry>, std::string> XdgAutostart::ownEntry() {
+    const auto text = files_.read(path(), maximumEntryBytes);
+    if (!text && text.error().kind == FileError::Kind::notFound) {
+        return std::nullopt;
+    }
+    if (!text) {
+        return failure(text.error());
+    }
+    auto entry = readAutostartEntry(*text);
+    if (isForeign(entry)) {
+        return std::unexpected(
+            fmt::format("\"{}\" belongs to another program and was left as it is", path()));
+    }
+    return entry;
+}
+
+std::unexpected<std::string> XdgAutostart::failure(const FileError& error) const {
+    return std::unexpected(fmt::format("\"{}\": {}", path(), error.message));
 }
 
 } // namespace karto

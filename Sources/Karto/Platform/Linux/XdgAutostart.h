@@ -43,7 +43,9 @@ private:
     [[nodiscard]] bool isForeign(const AutostartEntry& entry) const;
     // The system's entry that starts Karto; absent without one.
     [[nodiscard]] std::optional<std::string> systemEntry();
-    [[nodiscard]] std::unexpected<std::string> foreign() const;
+    // The person's entry, to be changed; absent without one. The error says why it must be left as it is.
+    [[nodiscard]] std::expected<std::optional<AutostartEntry>, std::string> ownEntry();
+    [[nodiscard]] std::unexpected<std::string> failure(const FileError& error) const;
 
     FileSystem& files_;
     Places places_;

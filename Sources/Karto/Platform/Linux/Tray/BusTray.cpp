@@ -103,11 +103,11 @@ void BusTray::followWatcher() {
                            "interface='org.freedesktop.DBus',member='NameOwnerChanged',"
                            "arg0='org.kde.StatusNotifierWatcher'",
                            Calls::ownerChanged, nullptr, this);
-    keep(slot);
+    keep(std::exchange(slot, nullptr));
     for (const auto* change : {"StatusNotifierHostRegistered", "StatusNotifierHostUnregistered"}) {
         sd_bus_match_signal_async(bus_.get(), &slot, nullptr, watcherPath, watcherName, change,
                                   Calls::hostChanged, nullptr, this);
-        keep(slot);
+        keep(std::exchange(slot, nullptr));
     }
     sd_bus_call_method_async(bus_.get(), &slot, busName, busPath, busName, "GetNameOwner", Calls::ownerTold,
                              this, "s", watcherName);

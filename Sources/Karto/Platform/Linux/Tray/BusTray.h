@@ -8,7 +8,6 @@
 #include "Karto/Platform/PanelLook.h"
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/Tray.h"
-#include "Karto/Platform/WeakCallbacks.h"
 
 #include <memory>
 #include <optional>
@@ -66,7 +65,6 @@ private:
     Registration repaint_;
     Registration busChanges_;
     Registration panelChanges_;
-    WeakCallbacks callbacks_;
 };
 
 } // namespace karto

@@ -16,6 +16,7 @@ struct Atoms {
     xcb_atom_t kartoAgent = XCB_ATOM_NONE;
     xcb_atom_t kdeNetWmDesktopFile = XCB_ATOM_NONE;
     xcb_atom_t kdeNetWmWindowTypeOverride = XCB_ATOM_NONE;
+    xcb_atom_t manager = XCB_ATOM_NONE;
     xcb_atom_t netActiveWindow = XCB_ATOM_NONE;
     xcb_atom_t netClientList = XCB_ATOM_NONE;
     xcb_atom_t netClientListStacking = XCB_ATOM_NONE;
@@ -65,6 +66,7 @@ inline constexpr std::array atomNames{
     AtomName{&Atoms::kartoAgent, "_KARTO_AGENT"},
     AtomName{&Atoms::kdeNetWmDesktopFile, "_KDE_NET_WM_DESKTOP_FILE"},
     AtomName{&Atoms::kdeNetWmWindowTypeOverride, "_KDE_NET_WM_WINDOW_TYPE_OVERRIDE"},
+    AtomName{&Atoms::manager, "MANAGER"},
     AtomName{&Atoms::netActiveWindow, "_NET_ACTIVE_WINDOW"},
     AtomName{&Atoms::netClientList, "_NET_CLIENT_LIST"},
     AtomName{&Atoms::netClientListStacking, "_NET_CLIENT_LIST_STACKING"},

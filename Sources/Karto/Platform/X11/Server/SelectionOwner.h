@@ -17,6 +17,8 @@ public:
     // extension.
     SelectionOwner(Connection& connection, std::string_view prefix, std::function<void()> onChange);
 
+    [[nodiscard]] xcb_atom_t selection() const { return selection_; }
+
     // NONE without one.
     [[nodiscard]] xcb_window_t window() const { return owner_; }
 

@@ -64,6 +64,12 @@ Registration SingleInstance::observeFurtherStarts(std::function<void()> onStart)
     return observers_.add(std::move(onStart));
 }
 
+void SingleInstance::giveWay() {
+    xcb_set_selection_owner(connection_.get(), XCB_WINDOW_NONE, connection_.atoms().kartoAgent,
+                            XCB_CURRENT_TIME);
+    connection_.flush();
+}
+
 void SingleInstance::send(xcb_window_t to) const {
     xcb_client_message_event_t message{};
     message.response_type = XCB_CLIENT_MESSAGE;

@@ -27,6 +27,7 @@ public:
     std::expected<Outcome, std::string> claim();
 
     [[nodiscard]] Registration observeFurtherStarts(std::function<void()> onStart) override;
+    void giveWay() override;
 
 private:
     bool tell(xcb_window_t owner);

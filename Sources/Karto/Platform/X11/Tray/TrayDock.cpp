@@ -69,6 +69,7 @@ Registration TrayDock::observePresence(std::function<void()> onChange) {
 void TrayDock::show(const StatusItemContent& content) {
     content_ = content;
     if (!tray_) {
+        rootEvents_ = connection_.select(connection_.root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY);
         events_ = connection_.observe([this](const xcb_generic_event_t& event) { handle(event); });
         tray_.emplace(connection_, "_NET_SYSTEM_TRAY_S", [this] { follow(); });
         follow();
@@ -82,6 +83,7 @@ void TrayDock::hide() {
     content_.reset();
     tray_.reset();
     events_.reset();
+    rootEvents_.reset();
     undock();
 }
 
@@ -193,6 +195,11 @@ void TrayDock::handle(const xcb_generic_event_t& event) {
             undock();
         }
         break;
+    case XCB_CLIENT_MESSAGE:
+        if (window_ == XCB_WINDOW_NONE && isInvitation(eventAs<xcb_client_message_event_t>(event))) {
+            follow();
+        }
+        break;
     case XCB_DESTROY_NOTIFY:
         if (eventAs<xcb_destroy_notify_event_t>(event).window == window_) {
             undock();
@@ -218,6 +225,11 @@ void TrayDock::handle(const xcb_generic_event_t& event) {
         break;
     default: break;
     }
+}
+
+// A tray that has thrown its icons out, as some do when displays change, and takes them again.
+bool TrayDock::isInvitation(const xcb_client_message_event_t& message) const {
+    return message.type == connection_.atoms().manager && message.data.data32[1] == tray_->selection();
 }
 
 void TrayDock::pressed(const xcb_button_press_event_t& press) {

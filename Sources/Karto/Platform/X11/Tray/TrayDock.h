@@ -45,6 +45,7 @@ private:
     };
 
     void follow();
+    [[nodiscard]] bool isInvitation(const xcb_client_message_event_t& message) const;
     void dock();
     void undock();
     [[nodiscard]] Kind kindFor(xcb_window_t tray);
@@ -67,6 +68,7 @@ private:
     int width_ = 0;
     int height_ = 0;
     bool isEmbedded_ = false;
+    Registration rootEvents_;
     Registration events_;
 };
 

@@ -1,12 +1,9 @@
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 
 #include "Karto/Platform/X11/Server/Activation.h"
-#include "Karto/Platform/X11/Windows/ApplicationIdentities.h"
-#include "Karto/Platform/X11/Windows/Icons.h"
 
 #include <algorithm>
 #include <set>
-#include <string_view>
 #include <utility>
 
 namespace karto::x11 {
@@ -17,25 +14,6 @@ namespace {
 constexpr std::chrono::seconds loginPatience{5};
 // How long a burst of changes of the active window is given to end.
 constexpr std::chrono::milliseconds gatherTime{20};
-
-// A number for a class of windows that names no process. Negative, and apart from all window identifiers.
-std::int32_t classNumber(std::string_view className) {
-    std::uint32_t hash = 2166136261U;
-    for (const char character : className) {
-        hash = (hash ^ static_cast<unsigned char>(character)) * 16777619U;
-    }
-    return -static_cast<std::int32_t>(0x4000'0000U | (hash & 0x3FFF'FFFFU));
-}
-
-std::int32_t applicationNumber(xcb_window_t window, const WindowFacts& facts) {
-    if (facts.pid > 0) {
-        return facts.pid;
-    }
-    if (facts.clientLeader != XCB_WINDOW_NONE) {
-        return -static_cast<std::int32_t>(facts.clientLeader);
-    }
-    return facts.className.empty() ? -static_cast<std::int32_t>(window) : classNumber(facts.className);
-}
 
 // The window that an event reports a change of.
 std::optional<xcb_window_t> subjectOf(const xcb_generic_event_t& event) {
@@ -52,17 +30,20 @@ std::optional<xcb_window_t> subjectOf(const xcb_generic_event_t& event) {
 
 } // namespace
 
-const std::string waylandProblem =
-    "This is a Wayland session, which lets no program move the windows of others. Karto works in an X11 "
-    "session: choose one when you log in.";
+TrustProblem waylandProblem() {
+    return {.cause = "this is a Wayland session, which lets no program move the windows of others",
+            .explanation =
+                "This is a Wayland session, which lets no program move the windows of others. Karto "
+                "works in an X11 session: choose one when you log in."};
+}
 
 Accessibility::Accessibility(Connection& connection, WindowManager& manager, Scheduler& scheduler,
                              InstalledApplications& installed, SessionFacts session)
     : connection_(connection)
     , manager_(manager)
     , scheduler_(scheduler)
-    , installed_(installed)
     , session_(std::move(session))
+    , faces_(connection, installed)
     , placer_(connection, manager, scheduler)
     , events_(connection.observe([this](const xcb_generic_event_t& event) { noteEvent(event); }))
     , turnEnds_(connection.observeTurnEnds([this] {
@@ -77,13 +58,15 @@ bool Accessibility::requestTrust() {
     return !session_.isWayland && manager_.awaitAlive(deadlineFromNow(loginPatience));
 }
 
-std::optional<std::string> Accessibility::trustProblem() {
+std::optional<TrustProblem> Accessibility::trustProblem() {
     if (session_.isWayland) {
-        return waylandProblem;
+        return waylandProblem();
     }
     if (!manager_.alive()) {
-        return "No window manager that follows EWMH is running on this display. Karto asks the window "
-               "manager to move windows and cannot work without one.";
+        return TrustProblem{.cause = "no window manager that follows EWMH is running on this display",
+                            .explanation = "No window manager that follows EWMH is running on this display. "
+                                           "Karto asks the window manager to move windows and cannot work "
+                                           "without one."};
     }
     return std::nullopt;
 }
@@ -100,12 +83,12 @@ std::vector<Application> Accessibility::runningApplications() {
     std::vector<Application> result;
     std::set<std::int32_t> known;
     const auto listed = clients(connection_.atoms().netClientList);
-    forgetFacesWithout(listed);
+    faces_.keepOnly(listed);
     for (const auto& client : listed) {
-        const auto pid = applicationNumber(client.window, client.facts);
+        const auto pid = applicationNumber(client);
         if (known.insert(pid).second) {
             result.push_back(
-                {.pid = pid, .name = face(pid, client).name, .isRegular = pid != session_.ownProcess});
+                {.pid = pid, .name = faces_.name(client), .isRegular = pid != session_.ownProcess});
         }
     }
     return result;
@@ -128,22 +111,7 @@ std::optional<std::vector<WindowHandle>> Accessibility::windows(std::int32_t pid
     return result;
 }
 
-std::shared_ptr<const Image> Accessibility::icon(std::int32_t pid) {
-    const auto own = clientsOf(pid);
-    if (own.empty()) {
-        return nullptr;
-    }
-    auto& owner = face(pid, own.front());
-    for (auto client = own.begin(); client != own.end() && !owner.icon; ++client) {
-        if (auto image = readIcon(connection_, client->window)) {
-            owner.icon = std::make_shared<const Image>(*std::move(image));
-        }
-    }
-    for (auto name = owner.identities.begin(); name != owner.identities.end() && !owner.icon; ++name) {
-        owner.icon = installed_.icon(*name);
-    }
-    return owner.icon;
-}
+std::shared_ptr<const Image> Accessibility::icon(std::int32_t pid) { return faces_.icon(clientsOf(pid)); }
 
 std::optional<Point> Accessibility::position(WindowHandle window) {
     const auto found = facts(window.id);
@@ -363,7 +331,7 @@ std::optional<std::uint32_t> Accessibility::currentDesktop() {
     return desktop;
 }
 
-std::vector<Accessibility::Client> Accessibility::clients(xcb_atom_t list) {
+std::vector<Client> Accessibility::clients(xcb_atom_t list) {
     if (!manager_.alive()) {
         return {};
     }
@@ -390,37 +358,11 @@ std::vector<Accessibility::Client> Accessibility::clients(xcb_atom_t list) {
     return result;
 }
 
-std::vector<Accessibility::Client> Accessibility::clientsOf(std::int32_t pid) {
+std::vector<Client> Accessibility::clientsOf(std::int32_t pid) {
     auto own = clients(connection_.atoms().netClientListStacking);
-    std::erase_if(
-        own, [pid](const Client& client) { return applicationNumber(client.window, client.facts) != pid; });
+    std::erase_if(own, [pid](const Client& client) { return applicationNumber(client) != pid; });
     std::ranges::reverse(own);
     return own;
-}
-
-Accessibility::Face& Accessibility::face(std::int32_t pid, const Client& client) {
-    auto& face = faces_[pid];
-    // Without identities its window has none, or the server was late with them.
-    if (!face.identities.empty()) {
-        return face;
-    }
-    face.window = client.window;
-    face.identities = readIdentities(connection_, client.window);
-    for (auto name = face.identities.begin(); name != face.identities.end() && !face.name; ++name) {
-        face.name = installed_.name(*name);
-    }
-    if (!face.name && !client.facts.className.empty()) {
-        face.name = client.facts.className;
-    }
-    return face;
-}
-
-void Accessibility::forgetFacesWithout(std::span<const Client> listed) {
-    std::erase_if(faces_, [&](const auto& entry) {
-        const auto& [pid, face] = entry;
-        const auto client = std::ranges::find(listed, face.window, &Client::window);
-        return client == listed.end() || applicationNumber(client->window, client->facts) != pid;
-    });
 }
 
 bool Accessibility::isOrdinary(const WindowFacts& facts) const {

@@ -10,6 +10,8 @@
 #include "Karto/Platform/X11/Server/Connection.h"
 #include "Karto/Platform/X11/Server/WindowFacts.h"
 #include "Karto/Platform/X11/Server/WindowManager.h"
+#include "Karto/Platform/X11/Windows/ApplicationFaces.h"
+#include "Karto/Platform/X11/Windows/Client.h"
 #include "Karto/Platform/X11/Windows/WindowPlacer.h"
 
 #include <sys/types.h>
@@ -19,14 +21,13 @@
 #include <map>
 #include <memory>
 #include <optional>
-#include <span>
 #include <string>
 #include <vector>
 
 namespace karto::x11 {
 
-// Why nothing can be done in a Wayland session, one sentence.
-extern const std::string waylandProblem;
+// Why nothing can be done in a Wayland session.
+TrustProblem waylandProblem();
 
 // What the process knows of the session it runs in.
 struct SessionFacts {
@@ -43,7 +44,7 @@ public:
 
     bool isTrusted() override;
     bool requestTrust() override;
-    std::optional<std::string> trustProblem() override;
+    std::optional<TrustProblem> trustProblem() override;
     void openSettings() override;
 
     std::optional<std::int32_t> frontmostApplication() override;
@@ -70,21 +71,6 @@ public:
     Registration observeClosing(WindowHandle window, std::function<void()> onClosed) override;
 
 private:
-    struct Client {
-        xcb_window_t window = XCB_WINDOW_NONE;
-        WindowFacts facts;
-    };
-
-    // What a person knows an application by. Icons are large to read.
-    struct Face {
-        // It is kept as long as this window of the application.
-        xcb_window_t window = XCB_WINDOW_NONE;
-        std::vector<std::string> identities;
-        std::optional<std::string> name;
-        // Null until one is found.
-        std::shared_ptr<const Image> icon;
-    };
-
     // The active window, kept current by the events that tell of its changes: between a pressed key and the
     // request to move it nothing needs to be asked.
     struct Active {
@@ -108,8 +94,6 @@ private:
     // The windows that the manager lists under that name, except desktops and docks.
     std::vector<Client> clients(xcb_atom_t list);
     std::vector<Client> clientsOf(std::int32_t pid);
-    Face& face(std::int32_t pid, const Client& client);
-    void forgetFacesWithout(std::span<const Client> listed);
     [[nodiscard]] bool isOrdinary(const WindowFacts& facts) const;
     void remember(xcb_window_t window, const WindowFacts& facts);
     std::optional<std::uint32_t> rootValue(xcb_atom_t property, xcb_atom_t type);
@@ -117,14 +101,13 @@ private:
     Connection& connection_;
     WindowManager& manager_;
     Scheduler& scheduler_;
-    InstalledApplications& installed_;
     SessionFacts session_;
+    ApplicationFaces faces_;
     WindowPlacer placer_;
     // What was read while the event at hand is handled.
     std::map<xcb_window_t, WindowFacts> seen_;
     std::optional<std::uint32_t> seenDesktop_;
     Active active_;
-    std::map<std::int32_t, Face> faces_;
     xcb_window_t lastRaised_ = XCB_WINDOW_NONE;
     Registration events_;
     Registration turnEnds_;
