@@ -313,6 +313,7 @@ TEST_P(ZoneEditingLookTest, everyStateLooksRight) {
     takePicture("a boundary dragged");
     mouse.release();
     mouse.click({.x = 1580 + pitch, .y = 249});
+    EXPECT_TRUE(says("remove Tower; (0.625 . | (0.5 . / .)); .; 3 of 3"));
     mouse.move({.x = 1580 + pitch, .y = 499});
     takePicture("an only zone");
 }
