@@ -5,6 +5,7 @@
 #include <QObject>
 
 #include <optional>
+#include <tuple>
 #include <utility>
 
 namespace karto {
@@ -41,7 +42,7 @@ public:
         onEvent_ = std::make_shared<const Observer>(std::move(onEvent));
         modifiers_ = modifiers.observe([this](ModifierFlags held) {
             held_ = held;
-            tell({.kind = KeyEvent::Kind::modifiersChanged, .keyCode = {}, .modifiers = held});
+            std::ignore = tell({.kind = KeyEvent::Kind::modifiersChanged, .keyCode = {}, .modifiers = held});
         });
         held_ = modifiers.held();
         qApp->installEventFilter(this);
@@ -100,7 +101,7 @@ private:
         return true;
     }
 
-    KeyEventAnswer tell(const KeyEvent& event) const {
+    [[nodiscard]] KeyEventAnswer tell(const KeyEvent& event) const {
         const auto observer = onEvent_;
         return observer ? (*observer)(event) : KeyEventAnswer::passOn;
     }

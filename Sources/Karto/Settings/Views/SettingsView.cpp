@@ -18,7 +18,10 @@
 #include <QStyle>
 #include <QVBoxLayout>
 
+#include <algorithm>
+#include <cstddef>
 #include <utility>
+#include <vector>
 
 namespace karto {
 
@@ -43,6 +46,20 @@ QWidget* column(QWidget* content) {
     line->addWidget(content, 1);
     line->addStretch(0);
     return room;
+}
+
+// What the keyboard can go to within a widget, in the order of the widgets in their parents.
+void addStops(const QWidget& within, std::vector<QWidget*>& stops) {
+    for (QObject* child : within.children()) {
+        auto* widget = qobject_cast<QWidget*>(child);
+        if (widget == nullptr || widget->isWindow() || !widget->isVisible()) {
+            continue;
+        }
+        if (widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
+            stops.push_back(widget);
+        }
+        addStops(*widget, stops);
+    }
 }
 
 class Hairline final : public QWidget {
@@ -184,6 +201,26 @@ void SettingsView::reveal(QWidget& part) {
     animation->setDuration(revealDuration);
     animation->setEndValue(std::clamp(target, bar->minimum(), bar->maximum()));
     animation->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+bool SettingsView::focusNextPrevChild(bool next) {
+    std::vector<QWidget*> stops;
+    addStops(*this, stops);
+    if (stops.empty()) {
+        return false;
+    }
+    const auto current = std::ranges::find(stops, QApplication::focusWidget());
+    const auto count = stops.size();
+    const auto index = static_cast<std::size_t>(current - stops.begin());
+    const auto reason = next ? Qt::TabFocusReason : Qt::BacktabFocusReason;
+    // Nowhere yet is before the first and behind the last.
+    const auto following =
+        current == stops.end() ? (next ? 0 : count - 1) : (index + (next ? 1 : count - 1)) % count;
+    stops[following]->setFocus(reason);
+    if (scroll_->isAncestorOf(stops[following])) {
+        scroll_->ensureWidgetVisible(stops[following]);
+    }
+    return true;
 }
 
 void SettingsView::paintEvent(QPaintEvent* /*event*/) {

@@ -28,6 +28,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* event) override;
+    // The keyboard goes through the controls as they stand, whenever each of them came to be.
+    bool focusNextPrevChild(bool next) override;
 
 private:
     class Pane;
