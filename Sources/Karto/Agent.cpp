@@ -2,6 +2,7 @@
 
 #include "Karto/Platform/Accessibility.h"
 #include "Karto/Platform/ApplicationHost.h"
+#include "Karto/Platform/FileSystem.h"
 #include "Karto/Platform/HotKeyCenter.h"
 #include "Karto/Platform/Instance.h"
 #include "Karto/StatusReports.h"
@@ -16,6 +17,7 @@ namespace karto {
 
 Agent::Agent(const Platform& platform, Faces faces, CheckLog& log, std::string_view homeDirectory)
     : host_(platform.host)
+    , files_(platform.files)
     , hotKeyCenter_(platform.hotKeyCenter)
     , instance_(platform.instance)
     , log_(log)
@@ -37,6 +39,22 @@ Agent::Agent(const Platform& platform, Faces faces, CheckLog& log, std::string_v
                 .scheduler = platform.scheduler,
                 .log = log},
                std::move(faces.overlay))
+    , settings_(
+          {.config = store_,
+           .displays = displays_,
+           .overlay = overlay_,
+           .hotkeys = hotkeys_,
+           .host = platform.host,
+           .activity = platform.activity,
+           .screens = platform.screens,
+           .scheduler = platform.scheduler,
+           .files = platform.files,
+           .keyEvents = platform.keyEvents,
+           .log = log},
+          [this, make = std::move(faces.settings)](SettingsModel& model, SettingsWindow::Events events) {
+              return make(model, std::move(events),
+                          {.loginItem = loginItem_, .updater = updater_, .windows = windows_, .log = log_});
+          })
     , loginItem_(platform.loginItem)
     , menuBar_({.config = store_,
                 .displays = displays_,
@@ -46,7 +64,7 @@ Agent::Agent(const Platform& platform, Faces faces, CheckLog& log, std::string_v
                 .host = platform.host,
                 .item = platform.statusItem,
                 .log = log},
-               [this] { openSettings(); })
+               [this] { settings_.show(); })
     , overlayModifiers_(platform.modifierEvents, platform.scheduler)
     , switcherModifiers_(platform.modifierEvents, platform.scheduler) {}
 
@@ -61,10 +79,13 @@ bool Agent::start() {
     keyboardChanges_ = hotKeyCenter_.observeKeyboardChanges(callbacks_.wrap([this] { keyboardChanged(); }));
     reportHotkeys("hotkey registration");
     updater_.onPendingVersionChange = callbacks_.wrap([this] { menuBar_.refresh(); });
-    store_.start(callbacks_.wrap([this](ConfigChangeEvent) { configChanged(); }));
+    store_.start(callbacks_.wrap([this](ConfigChangeEvent event) { configChanged(event); }));
     reportConfig("startup");
     menuBar_.install();
-    furtherStarts_ = instance_.observeFurtherStarts(callbacks_.wrap([this] { openSettings(); }));
+    furtherStarts_ = instance_.observeFurtherStarts(callbacks_.wrap([this] { settings_.show(); }));
+    if (!files_.exists(store_.path())) {
+        settings_.show();
+    }
     overlay_.start(overlayModifiers_);
     switcher_.start(switcherModifiers_);
     host_.print(bannerText(store_.hotkeyModifiers(), store_.commandKeys()));
@@ -80,9 +101,6 @@ bool Agent::isTrustedOrExplains() {
     return false;
 }
 
-// The About panel is the one window that there is.
-void Agent::openSettings() { menuBar_.showAbout(); }
-
 void Agent::dispatch(const KartoCommand& command) {
     switch (command.kind()) {
     case KartoCommand::Kind::cycleWindows: switcher_.advance(); break;
@@ -91,10 +109,12 @@ void Agent::dispatch(const KartoCommand& command) {
     }
 }
 
-void Agent::configChanged() {
+void Agent::configChanged(ConfigChangeEvent event) {
     reportConfig("config reload");
     rebindHotkeys();
     reportHotkeys("hotkey registration (reload)");
+    settings_.setFailedCommands(hotkeys_.failedRegistrations());
+    settings_.configChangedExternally(event);
     menuBar_.refresh();
 }
 
@@ -102,6 +122,7 @@ void Agent::keyboardChanged() {
     hotkeys_.release();
     rebindHotkeys();
     reportHotkeys("hotkey registration (keyboard change)");
+    settings_.setFailedCommands(hotkeys_.failedRegistrations());
     menuBar_.refresh();
 }
 

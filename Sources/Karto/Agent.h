@@ -16,19 +16,26 @@
 #include "Karto/Platform/Platform.h"
 #include "Karto/Platform/Registration.h"
 #include "Karto/Platform/WeakCallbacks.h"
+#include "Karto/Settings/GeneralSettings.h"
+#include "Karto/Settings/SettingsController.h"
 #include "Karto/Switcher/SwitcherController.h"
 #include "Karto/Switcher/SwitcherWindow.h"
 #include "Karto/Updates/UnconfiguredUpdater.h"
 #include "KartoCore/KartoCommand.h"
 
+#include <functional>
+#include <memory>
 #include <string_view>
 
 namespace karto {
 
-// What makes the pictures that a person sees.
+// What makes the pictures and the windows that a person sees.
 struct Faces {
     PaintOverlay overlay;
     PaintSwitcher switcher;
+    std::function<std::unique_ptr<SettingsWindow>(SettingsModel&, SettingsWindow::Events,
+                                                  const GeneralSettings::Services&)>
+        settings;
 };
 
 class Agent {
@@ -48,15 +55,15 @@ public:
 
 private:
     bool isTrustedOrExplains();
-    void openSettings();
     void dispatch(const KartoCommand& command);
-    void configChanged();
+    void configChanged(ConfigChangeEvent event);
     void keyboardChanged();
     void rebindHotkeys();
     void reportConfig(std::string_view context);
     void reportHotkeys(std::string_view context);
 
     ApplicationHost& host_;
+    FileSystem& files_;
     HotKeyCenter& hotKeyCenter_;
     Instance& instance_;
     CheckLog& log_;
@@ -71,6 +78,7 @@ private:
     SwitcherController switcher_;
     HotkeyService hotkeys_;
     OverlayController overlay_;
+    SettingsController settings_;
     LoginItem loginItem_;
     MenuBarController menuBar_;
     ModifierMonitor overlayModifiers_;

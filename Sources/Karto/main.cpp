@@ -8,6 +8,7 @@
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 #include "Karto/Platform/Linux/QtDescriptorWatch.h"
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
+#include "Karto/Platform/Linux/QtKeyEvents.h"
 #include "Karto/Platform/Linux/QtScheduler.h"
 #include "Karto/Platform/Linux/SessionBus.h"
 #include "Karto/Platform/Linux/SystemClock.h"
@@ -18,6 +19,7 @@
 #include "Karto/Platform/TrayItem.h"
 #include "Karto/Platform/X11/Displays/Screens.h"
 #include "Karto/Platform/X11/Keyboard/HotKeyCenter.h"
+#include "Karto/Platform/X11/Keyboard/Keyboard.h"
 #include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
 #include "Karto/Platform/X11/Server/Activation.h"
 #include "Karto/Platform/X11/Server/Connection.h"
@@ -29,6 +31,7 @@
 #include "Karto/Platform/X11/Tray/TrayDock.h"
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 #include "Karto/Platform/X11/Windows/ApplicationActivity.h"
+#include "Karto/Settings/Views/QtSettingsWindow.h"
 #include "Karto/Switcher/SwitcherPanelView.h"
 #include "Karto/TrustAlert.h"
 
@@ -139,6 +142,10 @@ int main(int argumentCount, char** arguments) {
     const auto autostart = XdgAutostart::Places::ofSession(home);
     XdgAutostart loginItem(files, autostart, [&autostart] { openLoginSettings(autostart.folder); });
 
+    QtKeyEvents keyEvents(modifierEvents, [&connection](std::uint32_t key) {
+        return x11::programKeyCode(connection, static_cast<xcb_keycode_t>(key));
+    });
+
     OverlayPainter overlayPainter;
     SwitcherPainter switcherPainter;
     Agent agent({.host = host,
@@ -149,6 +156,7 @@ int main(int argumentCount, char** arguments) {
                  .screens = screens,
                  .hotKeyCenter = hotKeyCenter,
                  .modifierEvents = modifierEvents,
+                 .keyEvents = keyEvents,
                  .stage = stage,
                  .activity = activity,
                  .statusItem = trayItem,
@@ -157,7 +165,19 @@ int main(int argumentCount, char** arguments) {
                 {.overlay = [&](const auto& view,
                                 const StageStyle& style) { return overlayPainter.paint(view, style); },
                  .switcher = [&](const auto& view,
-                                 const StageStyle& style) { return switcherPainter.paint(view, style); }},
+                                 const StageStyle& style) { return switcherPainter.paint(view, style); },
+                 .settings =
+                     [&](SettingsModel& model, SettingsWindow::Events events,
+                         const GeneralSettings::Services& general) {
+                         return makeQtSettingsWindow(
+                             model, std::move(events),
+                             {.general = general,
+                              .host = host,
+                              .configPath = fmt::format("{}/{}", home, ConfigStore::relativePath),
+                              .activate = [&connection](WindowHandle window) {
+                                  x11::activate(connection, window.id);
+                              }});
+                     }},
                 log, home);
     if (!agent.start()) {
         return Agent::notTrustedStatus;

@@ -13,6 +13,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <iostream>
+#include <optional>
 
 namespace karto::desktop {
 
@@ -47,6 +48,21 @@ protected:
     void startKarto() {
         launchKarto();
         karto->waitForBanner();
+    }
+
+    // The program's own window, once it is the active one.
+    std::optional<xcb_window_t> ownWindow() {
+        std::optional<xcb_window_t> own;
+        const bool isActive = eventually([&] {
+            own = desktop.x().clientOf(karto->process().pid());
+            return own && desktop.x().activeWindow() == *own;
+        });
+        return isActive ? own : std::nullopt;
+    }
+
+    void closeOwnWindow() {
+        desktop.x().close(ownWindow().value());
+        EXPECT_TRUE(eventually([&] { return !desktop.x().clientOf(karto->process().pid()); }));
     }
 
     // Presses hyper and the key, and returns what the log says next about the command; empty when nothing.

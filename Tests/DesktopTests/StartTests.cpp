@@ -24,12 +24,13 @@ TEST_F(StartTest, theBannerListsTheShortcutsAndTheLogTheState) {
         "startup: config loaded, profile \"Home\", zones 5, ring 5, displays [Studio, Tower]"));
 }
 
-TEST_F(StartTest, aFirstRunIsReportedAndHasTheDefaults) {
+TEST_F(StartTest, aFirstRunIsReportedHasTheDefaultsAndOpensTheSettings) {
     std::filesystem::remove(KartoProcess::configurationPath(desktop));
     startKarto();
     EXPECT_TRUE(karto->log().next(
         "hotkey registration: all commands registered for modifiers [shift+command+control+option]"));
     EXPECT_TRUE(karto->log().next("startup: no config loaded — no config file yet"));
+    closeOwnWindow();
 }
 
 TEST_F(StartTest, aHandEditOfTheConfigurationCountsAtOnce) {

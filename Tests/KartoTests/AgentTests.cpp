@@ -2,10 +2,13 @@
 
 #include "Karto/Platform/Instance.h"
 #include "Karto/Platform/Linux/PosixFileSystem.h"
+#include "Support/ManualFileWatch.h"
 #include "Support/ManualScheduler.h"
 #include "Support/MemoryCheckLog.h"
 #include "Support/MemoryDesktop.h"
+#include "Support/MemoryKeyEvents.h"
 #include "Support/MemoryLoginItem.h"
+#include "Support/MemorySettingsWindow.h"
 #include "Support/MemoryStage.h"
 #include "Support/MemoryStatusItem.h"
 #include "Support/TemporaryFolder.h"
@@ -28,14 +31,6 @@ constexpr std::uint32_t tabKey = 48;
 constexpr std::uint32_t escapeKey = 53;
 constexpr std::uint32_t tKey = 17;
 constexpr std::uint32_t yKey = 16;
-
-struct ManualFileWatch final : FileWatch {
-    Observers<> observers;
-
-    std::optional<Registration> watch(const std::string& /*path*/, std::function<void()> onChange) override {
-        return observers.add(std::move(onChange));
-    }
-};
 
 struct ManualInstance final : Instance {
     Observers<> starts;
@@ -78,6 +73,8 @@ protected:
     MemoryStatusItem item;
     MemoryLoginItem loginItem;
     ManualInstance instance;
+    MemoryKeyEvents keyEvents;
+    MemorySettingsWindow settings;
     Agent agent{{.host = desktop,
                  .scheduler = scheduler,
                  .files = files,
@@ -86,13 +83,16 @@ protected:
                  .screens = desktop,
                  .hotKeyCenter = desktop,
                  .modifierEvents = desktop,
+                 .keyEvents = keyEvents,
                  .stage = stage,
                  .activity = stage,
                  .statusItem = item,
                  .loginItem = loginItem,
                  .instance = instance},
                 {.overlay = [](const auto&, const StageStyle&) { return pictureNamed("zones"); },
-                 .switcher = [](const auto&, const StageStyle&) { return pictureNamed("panel"); }},
+                 .switcher = [](const auto&, const StageStyle&) { return pictureNamed("panel"); },
+                 .settings = [this](auto& model, auto events,
+                                    const auto&) { return settings.make(model, std::move(events)); }},
                 log,
                 folder.path().string()};
 };
@@ -236,15 +236,17 @@ config reload: RING IS EMPTY — no zone matches a connected display, no hotkey 
 )"));
 }
 
-TEST_F(AgentTest, theMenuFollowsTheConfigurationAndAFurtherStartOpensAWindow) {
+TEST_F(AgentTest, theMenuFollowsTheConfigurationAndAFurtherStartOpensTheSettings) {
     EXPECT_FALSE(item.isShown());
     ASSERT_TRUE(agent.start());
     EXPECT_EQ(item.menu().front().text, "No layout yet — open Settings… to make one.");
     edit(oneZone);
     EXPECT_EQ(item.menuUpdates, 1);
     EXPECT_EQ(item.menu().front().text, "Profile \"home\" — 1 of 1 zone(s) active");
+    EXPECT_EQ(settings.model->editor().config(), *agent.store().current());
+    settings.close();
     instance.starts.notify();
-    EXPECT_EQ(desktop.abouts.size(), 1U);
+    EXPECT_TRUE(settings.isOpen);
 }
 
 TEST_F(AgentTest, startsWithADefectiveFileAndNoPresses) {

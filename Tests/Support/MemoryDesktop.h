@@ -101,6 +101,8 @@ public:
     // Dialogs, panels and standard output.
     std::vector<About> abouts;
     bool isTerminated = false;
+    // Files opened with their applications.
+    std::vector<std::string> openedFiles;
     std::vector<Alert> alerts;
     std::size_t answer = 0;
     std::vector<std::string> printed;
@@ -148,9 +150,20 @@ public:
 
     void showAbout(const About& about) override { abouts.push_back(about); }
 
-    void terminate() override { isTerminated = true; }
+    void terminate() override {
+        isTerminated = true;
+        terminationObservers_.notify();
+    }
 
     void print(const std::string& text) override { printed.push_back(text); }
+
+    void openFile(const std::string& path, std::function<void(const std::string&)> /*onFailure*/) override {
+        openedFiles.push_back(path);
+    }
+
+    Registration observeTermination(std::function<void()> onTermination) override {
+        return terminationObservers_.add(std::move(onTermination));
+    }
 
 private:
     MemoryApplication* find(std::int32_t pid);
@@ -173,6 +186,7 @@ private:
     int claimed_ = 0;
     Observers<ModifierFlags> modifierObservers_;
     ModifierFlags held_;
+    Observers<> terminationObservers_;
 };
 
 } // namespace karto::testing

@@ -1,8 +1,11 @@
 #pragma once
 // The program as its desktop sees it: event loop and dialogs.
 
+#include "Karto/Platform/Registration.h"
+
 #include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -44,6 +47,13 @@ public:
 
     // Writes a text and a line feed to standard output.
     virtual void print(const std::string& text) = 0;
+
+    // Opens a file with the desktop's application for its kind. onFailure hears a sentence that says why
+    // that is not possible, possibly after a while.
+    virtual void openFile(const std::string& path, std::function<void(const std::string&)> onFailure) = 0;
+
+    // Called once before the program ends because a person or the session asked for it.
+    [[nodiscard]] virtual Registration observeTermination(std::function<void()> onTermination) = 0;
 };
 
 } // namespace karto

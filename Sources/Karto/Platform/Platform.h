@@ -11,6 +11,7 @@ class FileSystem;
 class FileWatch;
 class HotKeyCenter;
 class Instance;
+class KeyEvents;
 class LoginItemService;
 class ModifierEvents;
 class OverlayStage;
@@ -27,6 +28,7 @@ struct Platform {
     Screens& screens;
     HotKeyCenter& hotKeyCenter;
     ModifierEvents& modifierEvents;
+    KeyEvents& keyEvents;
     OverlayStage& stage;
     ApplicationActivity& activity;
     StatusItem& statusItem;

@@ -1,13 +1,19 @@
 #include "Karto/Platform/Linux/Programs.h"
 
+#include <QCoreApplication>
 #include <QProcess>
 #include <QStandardPaths>
 
 #include <csignal>
+#include <memory>
+#include <utility>
 
 namespace karto {
 
-bool startProgram(const ProgramCall& call) {
+namespace {
+
+// False when there is no such program.
+bool prepare(QProcess& program, const ProgramCall& call) {
     const auto path = QStandardPaths::findExecutable(QString::fromStdString(call.name));
     if (path.isEmpty()) {
         return false;
@@ -16,7 +22,6 @@ bool startProgram(const ProgramCall& call) {
     for (const auto& argument : call.arguments) {
         arguments.push_back(QString::fromStdString(argument));
     }
-    QProcess program;
     program.setProgram(path);
     program.setArguments(arguments);
     // It shall end when it is told to, whatever this program does with such signals.
@@ -25,7 +30,29 @@ bool startProgram(const ProgramCall& call) {
         sigemptyset(&none);
         pthread_sigmask(SIG_SETMASK, &none, nullptr);
     });
-    return program.startDetached();
+    return true;
+}
+
+} // namespace
+
+bool startProgram(const ProgramCall& call) {
+    QProcess program;
+    return prepare(program, call) && program.startDetached();
+}
+
+bool startProgram(const ProgramCall& call, std::function<void(std::optional<int>)> onEnd) {
+    auto program = std::make_unique<QProcess>(qApp);
+    if (!prepare(*program, call)) {
+        return false;
+    }
+    auto* running = program.release();
+    QObject::connect(running, &QProcess::finished, running,
+                     [running, onEnd = std::move(onEnd)](int exitCode, QProcess::ExitStatus status) {
+                         running->deleteLater();
+                         onEnd(status == QProcess::NormalExit ? std::optional(exitCode) : std::nullopt);
+                     });
+    running->start();
+    return true;
 }
 
 } // namespace karto

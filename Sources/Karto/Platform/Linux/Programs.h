@@ -1,6 +1,8 @@
 #pragma once
 // Other programs of this computer.
 
+#include <functional>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -14,5 +16,8 @@ struct ProgramCall {
 
 // False when there is no such program. It runs on when this one ends.
 bool startProgram(const ProgramCall& call);
+
+// The same, and tells how it ended: its exit status, or absent when it was ended by a signal.
+bool startProgram(const ProgramCall& call, std::function<void(std::optional<int> status)> onEnd);
 
 } // namespace karto

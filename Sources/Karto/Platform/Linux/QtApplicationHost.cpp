@@ -85,6 +85,8 @@ QtApplicationHost::QtApplicationHost(Session session, int& argumentCount, char**
     QApplication::setDesktopFileName("karto");
     QApplication::setQuitOnLastWindowClosed(false);
     fallBackToInstalledIconTheme();
+    QObject::connect(&application_, &QCoreApplication::aboutToQuit, &application_,
+                     [this] { terminationObservers_.notify(); });
 }
 
 QtApplicationHost::~QtApplicationHost() = default;
@@ -122,6 +124,23 @@ std::size_t QtApplicationHost::runAlert(const Alert& alert) {
 void QtApplicationHost::print(const std::string& text) {
     std::puts(text.c_str());
     std::fflush(stdout);
+}
+
+Registration QtApplicationHost::observeTermination(std::function<void()> onTermination) {
+    return terminationObservers_.add(std::move(onTermination));
+}
+
+void QtApplicationHost::openFile(const std::string& path, std::function<void(const std::string&)> onFailure) {
+    // It may run as long as the application that it has opened.
+    const bool isStarted =
+        startProgram({.name = "xdg-open", .arguments = {path}}, [onFailure](std::optional<int> status) {
+            if (status && *status != 0) {
+                onFailure("This desktop has no application for such files.");
+            }
+        });
+    if (!isStarted) {
+        onFailure("Nothing here knows which application opens a file: xdg-open is not installed.");
+    }
 }
 
 void QtApplicationHost::openDesktopSettings() {

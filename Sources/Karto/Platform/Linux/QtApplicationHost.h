@@ -4,6 +4,7 @@
 #include "Karto/Platform/ApplicationHost.h"
 #include "Karto/Platform/Descriptor.h"
 #include "Karto/Platform/Linux/QtDescriptorWatch.h"
+#include "Karto/Platform/Observers.h"
 #include "Karto/Platform/Registration.h"
 
 #include <QApplication>
@@ -47,6 +48,8 @@ public:
     void showAbout(const About& about) override;
     void terminate() override;
     void print(const std::string& text) override;
+    void openFile(const std::string& path, std::function<void(const std::string&)> onFailure) override;
+    Registration observeTermination(std::function<void()> onTermination) override;
 
     // Opens the settings program of the desktop, if one is installed.
     static void openDesktopSettings();
@@ -78,6 +81,7 @@ private:
     Registration endings_;
     SessionBus* bus_ = nullptr;
     Activate activate_;
+    Observers<> terminationObservers_;
     // Null until it is first shown.
     std::unique_ptr<AboutPanel> about_;
 };

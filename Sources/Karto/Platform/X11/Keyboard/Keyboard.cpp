@@ -217,4 +217,16 @@ std::optional<Keyboard> readKeyboard(Connection& connection) {
         .repetition = keyRepetition(*controls)};
 }
 
+std::optional<std::uint32_t> programKeyCode(Connection& connection, xcb_keycode_t key) {
+    const auto keyboard = readKeyboard(connection);
+    if (keyboard) {
+        for (const auto& [code, serverCode] : keyboard->map.keyCodes) {
+            if (serverCode == key) {
+                return code;
+            }
+        }
+    }
+    return std::nullopt;
+}
+
 } // namespace karto::x11

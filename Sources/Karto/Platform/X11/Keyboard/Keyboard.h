@@ -62,6 +62,10 @@ struct Keyboard {
 // The server's name for a physical key of the program's; absent for a code that the program does not use.
 std::optional<std::string_view> keyName(std::uint32_t keyCode);
 
+// The program's code of a key by the server's, asked of the server; absent for a key that the program does
+// not use.
+std::optional<std::uint32_t> programKeyCode(Connection& connection, xcb_keycode_t key);
+
 // Absent when the server does not answer. It must be an XKB server.
 std::optional<Keyboard> readKeyboard(Connection& connection);
 

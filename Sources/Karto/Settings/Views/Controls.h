@@ -1,0 +1,116 @@
+#pragma once
+// The controls of the program's windows, painted alike on every desktop in its own colours.
+
+#include "Karto/Settings/Views/Symbols.h"
+
+#include <QCheckBox>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+
+#include <cstdint>
+#include <optional>
+
+namespace karto {
+
+enum class TextRole : std::uint8_t { title, head, body, secondary, caption, error };
+
+// Text that follows the desktop's font and colours.
+class Text final : public QLabel {
+public:
+    explicit Text(TextRole role, const QString& text = {}, QWidget* parent = nullptr);
+
+protected:
+    void changeEvent(QEvent* event) override;
+
+private:
+    void adopt();
+
+    TextRole role_;
+    bool isAdopting_ = false;
+};
+
+// A line of text with its symbol before it.
+class Note final : public QWidget {
+public:
+    Note(std::optional<Symbol> symbol, TextRole role, const QString& text = {}, QWidget* parent = nullptr);
+
+    void setText(const QString& text) { text_->setText(text); }
+
+    void setSymbol(std::optional<Symbol> symbol);
+
+    [[nodiscard]] QString text() const { return text_->text(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::optional<Symbol> symbol_;
+    TextRole role_;
+    Text* text_;
+};
+
+class Switch final : public QCheckBox {
+public:
+    explicit Switch(QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    [[nodiscard]] bool hitButton(const QPoint& position) const override;
+};
+
+class Button final : public QPushButton {
+public:
+    explicit Button(const QString& text, QWidget* parent = nullptr);
+    Button(const QString& text, Symbol symbol, QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    std::optional<Symbol> symbol_;
+};
+
+// Square, with a symbol alone; its help is its tooltip and its accessible name.
+class IconButton final : public QAbstractButton {
+public:
+    IconButton(Symbol symbol, const QString& help, QWidget* parent = nullptr);
+
+    void set(Symbol symbol, const QString& help);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+
+private:
+    Symbol symbol_;
+};
+
+class Slider final : public QSlider {
+public:
+    explicit Slider(QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
+    void mousePressEvent(QMouseEvent* event) override;
+    void mouseMoveEvent(QMouseEvent* event) override;
+    void mouseReleaseEvent(QMouseEvent* event) override;
+
+private:
+    [[nodiscard]] int valueAt(qreal x) const;
+};
+
+} // namespace karto

@@ -1,0 +1,198 @@
+#include "Karto/Settings/Views/LayoutSectionView.h"
+
+#include "Karto/Settings/LayoutRows.h"
+#include "Karto/Settings/Views/DisplayMapView.h"
+#include "Karto/Settings/Views/Look.h"
+#include "Karto/Settings/Views/RingOrderView.h"
+#include "Karto/Settings/Views/ZoneListView.h"
+
+#include <QHBoxLayout>
+#include <QMenu>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace karto {
+
+namespace {
+
+constexpr int lineGap = 12;
+constexpr auto usePreset = "Use a preset…";
+
+} // namespace
+
+LayoutSectionView::LayoutSectionView(SettingsModel& model, Actions actions)
+    : model_(model)
+    , actions_(std::move(actions))
+    , changes_(model.observe([this] { refresh(); })) {
+    auto* frame = new QVBoxLayout(this);
+    frame->setContentsMargins(0, 0, 0, 0);
+    rebuild();
+}
+
+void LayoutSectionView::rebuild() {
+    if (body_ != nullptr) {
+        body_->hide();
+        body_->deleteLater();
+    }
+    body_ = new QWidget;
+    lines_ = new QVBoxLayout(body_);
+    lines_->setContentsMargins(0, 0, 0, 0);
+    lines_->setSpacing(lineGap);
+    map_ = nullptr;
+    content_ = LayoutSettings::content(model_.status());
+    switch (content_) {
+    case LayoutSettings::Content::legacyFormat: buildLegacyFormat(); break;
+    case LayoutSettings::Content::unreadableFile: buildUnreadableFile(); break;
+    case LayoutSettings::Content::editor: buildEditor(); break;
+    }
+    lines_->addStretch();
+    layout()->addWidget(body_);
+    refresh();
+}
+
+void LayoutSectionView::buildLegacyFormat() {
+    auto* presets = presetButton(Orientation::landscape, [this](const LayoutPreset& preset) {
+        LayoutSettings::startOver(preset, model_);
+    });
+    addMessage("The layout format changed.",
+               {new Text(TextRole::body,
+                         "This file was written before Karto arranged zones as a tree, and can't be read "
+                         "anymore. Pick a scheme below to start again, or open the file to copy your old "
+                         "numbers out by hand."),
+                new Text(TextRole::caption, "Picking one replaces the old file, once it's saved.")},
+               {presets, openConfigButton()});
+}
+
+void LayoutSectionView::buildUnreadableFile() {
+    const auto& error = model_.status().loadError;
+    auto* text = new Text(TextRole::body, QString::fromStdString(error.value_or(std::string())));
+    text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
+    addMessage("The config file could not be read.",
+               {text, new Text(TextRole::caption,
+                               "Editing here would replace it with a blank layout — fix the file directly "
+                               "instead.")},
+               {openConfigButton()});
+}
+
+void LayoutSectionView::addMessage(const QString& head, const std::vector<Text*>& texts,
+                                   const std::vector<QWidget*>& controls) {
+    auto* card = new Card;
+    auto* row = new QWidget;
+    auto* lines = new QVBoxLayout(row);
+    lines->setContentsMargins(look::rowPadding, look::rowPadding, look::rowPadding, look::rowPadding);
+    lines->setSpacing(lineGap);
+    auto* heading = new Note(Symbol::warning, TextRole::head, head);
+    lines->addWidget(heading);
+    for (Text* text : texts) {
+        lines->addWidget(text);
+    }
+    auto* line = new QHBoxLayout;
+    line->setSpacing(8);
+    for (QWidget* control : controls) {
+        line->addWidget(control);
+    }
+    line->addStretch();
+    lines->addLayout(line);
+    card->add(row);
+    lines_->addWidget(card);
+}
+
+void LayoutSectionView::buildEditor() {
+    auto* mapCard = new Card;
+    map_ = new DisplayMapView(model_);
+    mapCard->add(map_);
+    lines_->addWidget(mapCard);
+
+    nothingSelected_ = new Text(TextRole::secondary, "Select a display above.");
+    lines_->addWidget(nothingSelected_);
+
+    display_ = new QWidget;
+    auto* column = new QVBoxLayout(display_);
+    column->setContentsMargins(0, lineGap, 0, 0);
+    column->setSpacing(lineGap);
+    auto* header = new QHBoxLayout;
+    name_ = new Text(TextRole::head);
+    presets_ = new Button(usePreset);
+    presets_->setMenu(new QMenu(presets_));
+    presetOrientation_.reset();
+    header->addWidget(name_, 1);
+    header->addWidget(presets_);
+    column->addLayout(header);
+    warnings_ = new QVBoxLayout;
+    warnings_->setSpacing(4);
+    shownWarnings_.clear();
+    column->addLayout(warnings_);
+    zones_ = new ZoneListView(model_);
+    column->addWidget(zones_);
+    column->addSpacing(look::groupGap - lineGap);
+    ring_ = new RingOrderView(model_);
+    column->addWidget(ring_);
+    lines_->addWidget(display_);
+}
+
+Button* LayoutSectionView::openConfigButton() {
+    auto* button = new Button("Open Config");
+    connect(button, &QAbstractButton::clicked, this, [this] { actions_.openConfig(); });
+    return button;
+}
+
+Button* LayoutSectionView::presetButton(Orientation orientation,
+                                        std::function<void(const LayoutPreset&)> onChoice) {
+    auto* button = new Button(usePreset);
+    auto* menu = new QMenu(button);
+    for (const auto& preset : LayoutPresets::all(orientation)) {
+        connect(menu->addAction(QString::fromStdString(preset.name)), &QAction::triggered, this,
+                [onChoice, &preset] { onChoice(preset); });
+    }
+    button->setMenu(menu);
+    return button;
+}
+
+void LayoutSectionView::refresh() {
+    if (content_ != LayoutSettings::content(model_.status())) {
+        rebuild();
+    } else if (map_ != nullptr) {
+        refreshEditor();
+    }
+}
+
+void LayoutSectionView::refreshEditor() {
+    map_->refresh();
+    const auto display = model_.selectedDisplay();
+    nothingSelected_->setVisible(!display);
+    display_->setVisible(display.has_value());
+    if (!display) {
+        return;
+    }
+    name_->setText(QString::fromStdString(nameText(display->name)));
+    if (presetOrientation_ != display->orientation()) {
+        presetOrientation_ = display->orientation();
+        presets_->menu()->clear();
+        for (const auto& preset : LayoutPresets::all(display->orientation())) {
+            connect(presets_->menu()->addAction(QString::fromStdString(preset.name)), &QAction::triggered,
+                    this, [this, &preset] { LayoutSettings::apply(preset, model_); });
+        }
+    }
+    if (auto warnings = LayoutSettings::warnings(model_); warnings != shownWarnings_) {
+        shownWarnings_ = std::move(warnings);
+        while (auto* item = warnings_->takeAt(0)) {
+            item->widget()->deleteLater();
+            delete item;
+        }
+        for (const auto& sentence : shownWarnings_) {
+            warnings_->addWidget(
+                new Note(Symbol::warning, TextRole::caption, QString::fromStdString(sentence)));
+        }
+    }
+    zones_->refresh();
+    ring_->refresh();
+    if (revealed_ != model_.selectedZonePath()) {
+        revealed_ = model_.selectedZonePath();
+        if (auto* row = zones_->selectedRow()) {
+            actions_.reveal(*row);
+        }
+    }
+}
+
+} // namespace karto

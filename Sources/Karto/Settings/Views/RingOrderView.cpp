@@ -1,0 +1,237 @@
+#include "Karto/Settings/Views/RingOrderView.h"
+
+#include "Karto/Settings/Views/Look.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QMouseEvent>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cstddef>
+
+namespace karto {
+
+namespace {
+
+constexpr int numberWidth = 28;
+constexpr int columnGap = 12;
+
+} // namespace
+
+class RingOrderView::DropLine final : public QWidget {
+public:
+    explicit DropLine(QWidget* parent)
+        : QWidget(parent) {
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+        hide();
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter(this).fillRect(rect(), look::colors(palette()).accent);
+    }
+};
+
+class RingOrderView::Row final : public QWidget {
+public:
+    Row(RingOrderView& list, int index)
+        : list_(list)
+        , index_(index)
+        , number_(new Text(TextRole::head))
+        , name_(new Text(TextRole::body))
+        , detail_(new Text(TextRole::caption))
+        , pinned_(new Text(TextRole::caption, "pinned"))
+        , pin_(new IconButton(Symbol::pin, {})) {
+        setFocusPolicy(Qt::StrongFocus);
+        setAttribute(Qt::WA_Hover);
+        setFixedHeight(look::rowHeight);
+        auto* line = new QHBoxLayout(this);
+        line->setContentsMargins(look::rowPadding, 0, look::rowPadding - 6, 0);
+        line->setSpacing(columnGap);
+        number_->setFixedWidth(numberWidth);
+        number_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        name_->setWordWrap(false);
+        detail_->setWordWrap(false);
+        pinned_->setWordWrap(false);
+        line->addWidget(number_);
+        line->addWidget(name_);
+        line->addWidget(detail_);
+        line->addStretch();
+        line->addWidget(pinned_);
+        line->addWidget(pin_);
+        connect(pin_, &QAbstractButton::clicked, this, [this] { togglePin(); });
+    }
+
+    void set(const RingOrderRow& row) {
+        row_ = row;
+        const auto orientation = rawName(row.orientation);
+        number_->setText(QString::number(row.order));
+        name_->setText(QString::fromStdString(nameText(row.display)));
+        detail_->setText(
+            QString("(%1)%2").arg(QString::fromUtf8(orientation.data(), qsizetype(orientation.size())),
+                                  row.isConnected ? QString() : QString("   not connected")));
+        pinned_->setVisible(row.isPinned);
+        pin_->set(row.isPinned ? Symbol::pinFilled : Symbol::pin, QString::fromStdString(pinHelp(row)));
+        setAccessibleName(QString("Number %1, %2 %3%4")
+                              .arg(number_->text(), name_->text(), detail_->text(),
+                                   row.isPinned ? QString(", pinned") : QString()));
+    }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const auto colors = look::colors(palette());
+        QPainter painter(this);
+        const QRectF area = QRectF(rect()).adjusted(1, 1, -1, -1);
+        if (isDragged_ || underMouse()) {
+            auto ground = colors.text;
+            ground.setAlphaF(isDragged_ ? 0.1F : 0.04F);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(ground);
+            painter.drawRoundedRect(area, look::cardRadius - 1, look::cardRadius - 1);
+        }
+        if (hasFocus()) {
+            look::paintFocusRing(painter, area.adjusted(4, 4, -4, -4), look::controlRadius, colors.accent);
+        }
+    }
+
+    void mousePressEvent(QMouseEvent* event) override {
+        if (event->button() == Qt::LeftButton) {
+            pressedAt_ = event->pos();
+        }
+    }
+
+    void mouseMoveEvent(QMouseEvent* event) override {
+        if (!pressedAt_) {
+            return;
+        }
+        const int distance = (event->pos() - *pressedAt_).manhattanLength();
+        isDragged_ = isDragged_ || distance >= QApplication::startDragDistance();
+        if (isDragged_) {
+            list_.showDropLine(list_.insertionAt(mapTo(list_.card_, event->pos()).y()));
+            update();
+        }
+    }
+
+    void mouseReleaseEvent(QMouseEvent* event) override {
+        pressedAt_.reset();
+        if (std::exchange(isDragged_, false)) {
+            list_.showDropLine(std::nullopt);
+            update();
+            list_.move(index_, list_.insertionAt(mapTo(list_.card_, event->pos()).y()));
+        }
+    }
+
+    void keyPressEvent(QKeyEvent* event) override {
+        const bool isMove = event->modifiers().testFlag(Qt::AltModifier);
+        switch (event->key()) {
+        case Qt::Key_Escape:
+            if (!isDragged_) {
+                QWidget::keyPressEvent(event);
+                return;
+            }
+            isDragged_ = false;
+            pressedAt_.reset();
+            list_.showDropLine(std::nullopt);
+            update();
+            break;
+        case Qt::Key_Up: isMove ? list_.move(index_, index_ - 1) : list_.focusRow(index_ - 1); break;
+        case Qt::Key_Down: isMove ? list_.move(index_, index_ + 2) : list_.focusRow(index_ + 1); break;
+        case Qt::Key_Space: togglePin(); break;
+        default: QWidget::keyPressEvent(event); break;
+        }
+    }
+
+private:
+    void togglePin() {
+        list_.model_.edit([this](LayoutEditor& editor) { karto::togglePin(row_, editor); });
+    }
+
+    RingOrderView& list_;
+    int index_;
+    RingOrderRow row_;
+    std::optional<QPoint> pressedAt_;
+    bool isDragged_ = false;
+    Text* number_;
+    Text* name_;
+    Text* detail_;
+    Text* pinned_;
+    IconButton* pin_;
+};
+
+RingOrderView::RingOrderView(SettingsModel& model)
+    : model_(model)
+    , card_(new Card)
+    , dropLine_(new DropLine(card_)) {
+    auto* lines = new QVBoxLayout(this);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(8);
+    lines->addWidget(new Text(TextRole::head, "Ring order"));
+    lines->addWidget(card_);
+    card_->setAccessibleName("Ring order");
+    refresh();
+}
+
+void RingOrderView::refresh() {
+    auto rows = ringOrderRows(model_.editor().config(), model_.status().displays);
+    if (rows == shown_ && rows.size() == rows_.size()) {
+        return;
+    }
+    shown_ = std::move(rows);
+    while (rows_.size() > shown_.size()) {
+        rows_.back()->hide();
+        rows_.back()->deleteLater();
+        rows_.pop_back();
+    }
+    while (rows_.size() < shown_.size()) {
+        rows_.push_back(new Row(*this, static_cast<int>(rows_.size())));
+        card_->add(rows_.back());
+    }
+    for (std::size_t index = 0; index < shown_.size(); ++index) {
+        rows_[index]->set(shown_[index]);
+    }
+    setVisible(!shown_.empty());
+    dropLine_->raise();
+}
+
+int RingOrderView::insertionAt(int y) const {
+    const auto above =
+        std::ranges::count_if(rows_, [y](const Row* row) { return row->geometry().center().y() < y; });
+    return static_cast<int>(above);
+}
+
+void RingOrderView::showDropLine(std::optional<int> insertion) {
+    dropLine_->setVisible(insertion.has_value());
+    if (insertion) {
+        constexpr int thickness = 2;
+        const auto index = static_cast<std::size_t>(*insertion);
+        const int y = index < rows_.size() ? rows_[index]->y() : rows_.back()->geometry().bottom();
+        dropLine_->setGeometry(look::rowPadding, std::max(0, y - thickness / 2),
+                               card_->width() - 2 * look::rowPadding, thickness);
+        dropLine_->raise();
+    }
+}
+
+void RingOrderView::move(int from, int to) {
+    if (to < 0 || to > static_cast<int>(shown_.size())) {
+        return;
+    }
+    const auto rows = shown_;
+    const auto moved = rows[static_cast<std::size_t>(from)];
+    model_.edit([&](LayoutEditor& editor) { moveRow(rows, from, to, editor); });
+    const auto now = std::ranges::find_if(shown_, [&](const RingOrderRow& row) {
+        return row.path == moved.path && row.display == moved.display && row.orientation == moved.orientation;
+    });
+    focusRow(static_cast<int>(now - shown_.begin()));
+}
+
+void RingOrderView::focusRow(int index) {
+    if (index >= 0 && index < static_cast<int>(rows_.size())) {
+        rows_[static_cast<std::size_t>(index)]->setFocus(Qt::TabFocusReason);
+    }
+}
+
+} // namespace karto

@@ -1,0 +1,230 @@
+#include "Karto/Settings/Views/SettingsView.h"
+
+#include "Karto/Settings/Views/GeneralSectionView.h"
+#include "Karto/Settings/Views/LayoutSectionView.h"
+#include "Karto/Settings/Views/Look.h"
+#include "Karto/Settings/Views/OverlaySectionView.h"
+#include "Karto/Settings/Views/ShortcutsSectionView.h"
+#include "Karto/Settings/Views/SidebarView.h"
+
+#include <QApplication>
+#include <QHBoxLayout>
+#include <QPainter>
+#include <QPropertyAnimation>
+#include <QScrollArea>
+#include <QScrollBar>
+#include <QShortcut>
+#include <QSplitter>
+#include <QStyle>
+#include <QVBoxLayout>
+
+#include <algorithm>
+#include <cstddef>
+#include <utility>
+#include <vector>
+
+namespace karto {
+
+namespace {
+
+constexpr int smallestSidebar = 180;
+constexpr int sidebarWidth = 200;
+constexpr int largestSidebar = 240;
+constexpr int paneSide = 24;
+constexpr int paneTop = 32;
+constexpr int paneBottom = 20;
+constexpr int titleGap = 16;
+constexpr int bottomGap = 12;
+constexpr int revealDuration = 120;
+
+// Keeps its content at the top left and no wider than is good to read.
+QWidget* column(QWidget* content) {
+    auto* room = new QWidget;
+    auto* line = new QHBoxLayout(room);
+    line->setContentsMargins(paneSide, 0, paneSide, bottomGap);
+    content->setMaximumWidth(look::paneWidth);
+    line->addWidget(content, 1);
+    line->addStretch(0);
+    return room;
+}
+
+// What the keyboard can go to within a widget, in the order of the widgets in their parents.
+void addStops(const QWidget& within, std::vector<QWidget*>& stops) {
+    for (QObject* child : within.children()) {
+        auto* widget = qobject_cast<QWidget*>(child);
+        if (widget == nullptr || widget->isWindow() || !widget->isVisible()) {
+            continue;
+        }
+        if (widget->isEnabled() && (widget->focusPolicy() & Qt::TabFocus) == Qt::TabFocus) {
+            stops.push_back(widget);
+        }
+        addStops(*widget, stops);
+    }
+}
+
+class Hairline final : public QWidget {
+public:
+    Hairline() { setFixedHeight(1); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        QPainter painter(this);
+        look::paintHairline(painter, 0, width(), 0, look::colors(palette()).hairline);
+    }
+};
+
+} // namespace
+
+SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services& general, Actions actions)
+    : model_(model)
+    , general_(general)
+    , actions_(std::move(actions))
+    , changes_(model.observe([this] { refresh(); })) {
+    setMinimumSize(smallestSize);
+    auto* splitter = new QSplitter(Qt::Horizontal);
+    splitter->setHandleWidth(1);
+    splitter->setChildrenCollapsible(false);
+    auto* sidebar = new SidebarView(model);
+    sidebar->setMinimumWidth(smallestSidebar);
+    sidebar->setMaximumWidth(largestSidebar);
+    splitter->addWidget(sidebar);
+    splitter->addWidget(makePane());
+    splitter->setStretchFactor(1, 1);
+    splitter->setSizes({sidebarWidth, smallestSize.width()});
+    auto* frame = new QHBoxLayout(this);
+    frame->setContentsMargins(0, 0, 0, 0);
+    frame->addWidget(splitter);
+    refresh();
+    sidebar->setFocus();
+}
+
+QWidget* SettingsView::makePane() {
+    auto* pane = new QWidget;
+    auto* lines = new QVBoxLayout(pane);
+    lines->setContentsMargins(0, paneTop, 0, paneBottom);
+    lines->setSpacing(0);
+    auto* head = new QWidget;
+    auto* headLines = new QVBoxLayout(head);
+    headLines->setContentsMargins(paneSide, 0, paneSide, titleGap);
+    headLines->setSpacing(8);
+    title_ = new Text(TextRole::title);
+    saveError_ = new Note(Symbol::warning, TextRole::error);
+    headLines->addWidget(title_);
+    headLines->addWidget(saveError_);
+    lines->addWidget(head);
+    scroll_ = new QScrollArea;
+    scroll_->setFrameShape(QFrame::NoFrame);
+    scroll_->setWidgetResizable(true);
+    scroll_->setFocusPolicy(Qt::NoFocus);
+    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    lines->addWidget(scroll_, 1);
+    lines->addWidget(makeBottomRow());
+    return pane;
+}
+
+QWidget* SettingsView::makeBottomRow() {
+    auto* bottom = new QWidget;
+    auto* lines = new QVBoxLayout(bottom);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(bottomGap);
+    lines->addWidget(new Hairline);
+    auto* row = new QHBoxLayout;
+    // Buttons keep room for the ring of the focus around them.
+    row->setContentsMargins(paneSide - 4, 0, paneSide - 4, 0);
+    row->setSpacing(0);
+    undo_ = new Button("Undo");
+    redo_ = new Button("Redo");
+    revert_ = new Button("Revert to how it was");
+    const auto undo = [this] { model_.edit([](LayoutEditor& editor) { editor.undo(); }); };
+    const auto redo = [this] { model_.edit([](LayoutEditor& editor) { editor.redo(); }); };
+    connect(undo_, &QAbstractButton::clicked, this, undo);
+    connect(redo_, &QAbstractButton::clicked, this, redo);
+    connect(revert_, &QAbstractButton::clicked, this, [this] { actions_.revert(); });
+    connect(new QShortcut(QKeySequence("Ctrl+Z"), this), &QShortcut::activated, this, undo);
+    connect(new QShortcut(QKeySequence("Ctrl+Shift+Z"), this), &QShortcut::activated, this, redo);
+    undo_->setToolTip("Ctrl+Z");
+    redo_->setToolTip("Ctrl+Shift+Z");
+    row->addWidget(undo_);
+    row->addWidget(redo_);
+    row->addStretch();
+    row->addWidget(revert_);
+    lines->addLayout(row);
+    return bottom;
+}
+
+QWidget* SettingsView::makeSection() {
+    switch (model_.section()) {
+    case SettingsSection::general: return new GeneralSectionView(model_, general_);
+    case SettingsSection::shortcuts: return new ShortcutsSectionView(model_);
+    case SettingsSection::overlay: return new OverlaySectionView(model_, actions_.pickColor);
+    case SettingsSection::layout:
+        return new LayoutSectionView(
+            model_, {.openConfig = actions_.openConfig, .reveal = [this](QWidget& part) { reveal(part); }});
+    }
+    std::unreachable();
+}
+
+void SettingsView::refresh() {
+    if (shown_ != model_.section()) {
+        shown_ = model_.section();
+        const auto text = title(model_.section());
+        title_->setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+        if (auto* old = scroll_->takeWidget()) {
+            // What it shows may be what asked for another section.
+            old->hide();
+            old->deleteLater();
+        }
+        scroll_->setWidget(column(makeSection()));
+        scroll_->widget()->setAutoFillBackground(false);
+        scroll_->viewport()->setAutoFillBackground(false);
+    }
+    const auto& error = model_.status().saveError;
+    saveError_->setText(error ? QString::fromStdString(*error) : QString());
+    saveError_->setVisible(error.has_value());
+    undo_->setEnabled(model_.editor().canUndo());
+    redo_->setEnabled(model_.editor().canRedo());
+    revert_->setEnabled(model_.status().canRevert);
+}
+
+void SettingsView::reveal(QWidget& part) {
+    // Rows that were just added have no place yet.
+    scroll_->widget()->layout()->activate();
+    QApplication::sendPostedEvents(scroll_->widget(), QEvent::LayoutRequest);
+    auto* bar = scroll_->verticalScrollBar();
+    const int middle = part.mapTo(scroll_->widget(), part.rect().center()).y();
+    const int target = middle - scroll_->viewport()->height() / 2;
+    if (style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) == 0) {
+        bar->setValue(target);
+        return;
+    }
+    auto* animation = new QPropertyAnimation(bar, "value", bar);
+    animation->setDuration(revealDuration);
+    animation->setEndValue(std::clamp(target, bar->minimum(), bar->maximum()));
+    animation->start(QAbstractAnimation::DeleteWhenStopped);
+}
+
+bool SettingsView::focusNextPrevChild(bool next) {
+    std::vector<QWidget*> stops;
+    addStops(*this, stops);
+    if (stops.empty()) {
+        return false;
+    }
+    const auto current = std::ranges::find(stops, QApplication::focusWidget());
+    const auto count = stops.size();
+    const auto index = static_cast<std::size_t>(current - stops.begin());
+    const auto reason = next ? Qt::TabFocusReason : Qt::BacktabFocusReason;
+    // Nowhere yet is before the first and behind the last.
+    const auto following =
+        current == stops.end() ? (next ? 0 : count - 1) : (index + (next ? 1 : count - 1)) % count;
+    stops[following]->setFocus(reason);
+    if (scroll_->isAncestorOf(stops[following])) {
+        scroll_->ensureWidgetVisible(stops[following]);
+    }
+    return true;
+}
+
+void SettingsView::paintEvent(QPaintEvent* /*event*/) {
+    QPainter(this).fillRect(rect(), look::colors(palette()).ground);
+}
+
+} // namespace karto

@@ -1,0 +1,106 @@
+#include "Karto/Settings/Views/ShortcutsSectionView.h"
+
+#include "Karto/Settings/Views/Look.h"
+
+#include <QAccessible>
+#include <QVBoxLayout>
+
+#include <cstddef>
+
+namespace karto {
+
+namespace {
+
+std::optional<QString> toQString(const std::optional<std::string>& text) {
+    return text ? std::optional(QString::fromStdString(*text)) : std::nullopt;
+}
+
+// What is read out of a control beside its text.
+void describe(QWidget& control, const QString& name) {
+    if (control.accessibleName() != name) {
+        control.setAccessibleName(name);
+    }
+}
+
+Text* valueText() {
+    auto* text = new Text(TextRole::secondary);
+    text->setWordWrap(false);
+    return text;
+}
+
+} // namespace
+
+ShortcutsSectionView::ShortcutsSectionView(SettingsModel& model)
+    : settings_(model, [this] { refresh(); })
+    , changes_(model.observe([this] { refresh(); })) {
+    auto* groups = new QVBoxLayout(this);
+    groups->setContentsMargins(0, 0, 0, 0);
+    groups->setSpacing(look::groupGap);
+    addHyperKey(*groups);
+    addCommands(*groups);
+    groups->addStretch();
+    refresh();
+}
+
+void ShortcutsSectionView::addHyperKey(QLayout& groups) {
+    auto* group = new Group("Hyper Key");
+    explanation_ = new Note(std::nullopt, TextRole::secondary);
+    group->card().add(new FormRow(explanation_));
+    hyperValue_ = valueText();
+    hyperRecord_ = new Button("Record New Combination");
+    auto* row = group->addRow("Hyper key", {hyperValue_, hyperRecord_});
+    hyperRefusal_ = row->addNote(std::nullopt);
+    connect(hyperRecord_, &QAbstractButton::clicked, this, [this] { settings_.toggleHyperKey(); });
+    groups.addWidget(group);
+}
+
+void ShortcutsSectionView::addCommands(QLayout& groups) {
+    auto* group = new Group("Commands");
+    auto* digits = valueText();
+    digits->setText("hyper + 1…9");
+    digitsConflict_ =
+        group->addRow("Move the window to the zone with that number", {digits})->addNote(Symbol::warning);
+    for (const auto& row : settings_.commandRows()) {
+        CommandView view{.value = valueText(),
+                         .record = new Button("Record"),
+                         .reset = new Button("Reset"),
+                         .refusal = nullptr,
+                         .conflict = nullptr};
+        auto* line = group->addRow(QString::fromStdString(row.name), {view.value, view.record, view.reset});
+        view.refusal = line->addNote(std::nullopt);
+        view.conflict = line->addNote(Symbol::warning);
+        const auto command = row.command;
+        connect(view.record, &QAbstractButton::clicked, this, [this, command] { settings_.toggle(command); });
+        connect(view.reset, &QAbstractButton::clicked, this, [this, command] { settings_.reset(command); });
+        commands_.push_back(view);
+    }
+    groups.addWidget(group);
+}
+
+void ShortcutsSectionView::refresh() {
+    const auto hyper = settings_.hyperKey();
+    explanation_->setText(QString::fromStdString(hyper.explanation));
+    explanation_->setSymbol(hyper.isUnavailable ? std::optional(Symbol::warning) : std::nullopt);
+    hyperValue_->setText(QString::fromStdString(hyper.value));
+    hyperRecord_->setText(QString::fromStdString(hyper.button));
+    hyperRecord_->setEnabled(!hyper.isUnavailable);
+    describe(*hyperRecord_, QString("%1, Hyper key, %2").arg(hyperRecord_->text(), hyperValue_->text()));
+    showOrHide(*hyperRefusal_, toQString(hyper.refusal));
+    showOrHide(*digitsConflict_, toQString(settings_.digitsConflict()));
+    const auto rows = settings_.commandRows();
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        const auto& row = rows[index];
+        const auto& view = commands_[index];
+        const auto name = QString::fromStdString(row.name);
+        view.value->setText(QString::fromStdString(row.value));
+        view.record->setText(QString::fromStdString(row.button));
+        view.record->setEnabled(row.canRecord);
+        view.reset->setEnabled(row.canReset);
+        describe(*view.record, QString("%1, %2, %3").arg(view.record->text(), name, view.value->text()));
+        describe(*view.reset, QString("Reset, %1").arg(name));
+        showOrHide(*view.refusal, toQString(row.refusal));
+        showOrHide(*view.conflict, toQString(row.conflict));
+    }
+}
+
+} // namespace karto

@@ -1,0 +1,109 @@
+#include "Karto/Settings/Views/SidebarView.h"
+
+#include "Karto/Settings/Views/Look.h"
+#include "Karto/Settings/Views/Symbols.h"
+
+#include <QApplication>
+#include <QEvent>
+#include <QPainter>
+#include <QStyledItemDelegate>
+
+#include <utility>
+
+namespace karto {
+
+namespace {
+
+constexpr int margin = 8;
+constexpr int symbolSide = 16;
+constexpr int symbolIndent = 10;
+constexpr int textIndent = 36;
+
+Symbol symbolOf(SettingsSection section) {
+    switch (section) {
+    case SettingsSection::general: return Symbol::gear;
+    case SettingsSection::shortcuts: return Symbol::keyboard;
+    case SettingsSection::overlay: return Symbol::overlay;
+    case SettingsSection::layout: return Symbol::layout;
+    }
+    std::unreachable();
+}
+
+class RowDelegate final : public QStyledItemDelegate {
+public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+    [[nodiscard]] QSize sizeHint(const QStyleOptionViewItem& option,
+                                 const QModelIndex& /*index*/) const override {
+        return {0, std::max(look::sidebarRow, option.fontMetrics.height() + 12)};
+    }
+
+    void paint(QPainter* painter, const QStyleOptionViewItem& option,
+               const QModelIndex& index) const override {
+        const auto colors = look::colors(qApp->palette());
+        const bool isSelected = option.state.testFlag(QStyle::State_Selected);
+        const QRectF row(option.rect);
+        painter->save();
+        painter->setRenderHint(QPainter::Antialiasing);
+        painter->setPen(Qt::NoPen);
+        if (isSelected || option.state.testFlag(QStyle::State_MouseOver)) {
+            painter->setBrush(isSelected ? colors.accent : look::mixed(colors.sidebar, colors.text, 0.06));
+            painter->drawRoundedRect(row, look::controlRadius, look::controlRadius);
+        }
+        const auto color = isSelected ? colors.onAccent : colors.text;
+        const auto section = settingsSections.at(static_cast<std::size_t>(index.row()));
+        painter->drawPixmap(
+            QPointF(row.left() + symbolIndent, row.center().y() - symbolSide / 2.0),
+            symbolPixmap(symbolOf(section), symbolSide, painter->device()->devicePixelRatioF(), color));
+        painter->setPen(color);
+        painter->drawText(row.adjusted(textIndent, 0, -margin, 0), Qt::AlignVCenter, index.data().toString());
+        if (option.state.testFlag(QStyle::State_HasFocus)) {
+            painter->setPen(QPen(isSelected ? colors.onAccent : colors.accent, 2));
+            painter->setBrush(Qt::NoBrush);
+            painter->drawRoundedRect(row.adjusted(2.5, 2.5, -2.5, -2.5), look::controlRadius - 2,
+                                     look::controlRadius - 2);
+        }
+        painter->restore();
+    }
+};
+
+} // namespace
+
+SidebarView::SidebarView(SettingsModel& model)
+    : model_(model)
+    , changes_(model.observe([this] { setCurrentRow(static_cast<int>(model_.section())); })) {
+    setFrameShape(QFrame::NoFrame);
+    setItemDelegate(new RowDelegate(this));
+    setMouseTracking(true);
+    setSpacing(0);
+    setViewportMargins(margin, margin + 4, margin, margin);
+    setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    setAccessibleName("Sections");
+    for (const auto section : settingsSections) {
+        const auto text = title(section);
+        addItem(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
+    }
+    setCurrentRow(static_cast<int>(model.section()));
+    connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
+        if (row >= 0) {
+            model_.show(settingsSections.at(static_cast<std::size_t>(row)));
+        }
+    });
+    adopt();
+}
+
+void SidebarView::changeEvent(QEvent* event) {
+    QListWidget::changeEvent(event);
+    if (event->type() == QEvent::ApplicationPaletteChange) {
+        adopt();
+    }
+}
+
+void SidebarView::adopt() {
+    auto palette = qApp->palette();
+    palette.setColor(QPalette::Base, look::colors(palette).sidebar);
+    setPalette(palette);
+}
+
+} // namespace karto

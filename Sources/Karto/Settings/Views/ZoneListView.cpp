@@ -1,0 +1,163 @@
+#include "Karto/Settings/Views/ZoneListView.h"
+
+#include "Karto/Settings/Views/Look.h"
+
+#include <QEvent>
+#include <QHBoxLayout>
+#include <QKeyEvent>
+#include <QLocale>
+#include <QPainter>
+#include <QVBoxLayout>
+
+#include <cstddef>
+
+namespace karto {
+
+namespace {
+
+constexpr int numberWidth = 28;
+constexpr int columnGap = 12;
+constexpr auto splitColumnsHelp = "Split into two columns";
+constexpr auto splitRowsHelp = "Split into two rows";
+
+} // namespace
+
+// A click anywhere on the row but its buttons selects the zone.
+class ZoneListView::Row final : public QAbstractButton {
+public:
+    explicit Row(SettingsModel& model)
+        : model_(model)
+        , number_(new Text(TextRole::head))
+        , rect_(new Text(TextRole::body))
+        , columns_(new IconButton(Symbol::splitColumns, splitColumnsHelp))
+        , rowsOf_(new IconButton(Symbol::splitRows, splitRowsHelp))
+        , remove_(new IconButton(Symbol::trash, {})) {
+        setCheckable(true);
+        setFocusPolicy(Qt::StrongFocus);
+        setAttribute(Qt::WA_Hover);
+        setFixedHeight(look::rowHeight);
+        auto* line = new QHBoxLayout(this);
+        line->setContentsMargins(look::rowPadding, 0, look::rowPadding - 6, 0);
+        line->setSpacing(columnGap);
+        number_->setFixedWidth(numberWidth);
+        number_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        number_->setAttribute(Qt::WA_TransparentForMouseEvents);
+        rect_->setWordWrap(false);
+        rect_->setAttribute(Qt::WA_TransparentForMouseEvents);
+        line->addWidget(number_);
+        line->addWidget(rect_, 1);
+        auto* buttons = new QHBoxLayout;
+        buttons->setSpacing(4);
+        for (auto* button : {columns_, rowsOf_, remove_}) {
+            buttons->addWidget(button);
+        }
+        line->addLayout(buttons);
+        connect(this, &QAbstractButton::clicked, this, [this] { model_.selectZone(row_.path); });
+        connect(columns_, &QAbstractButton::clicked, this, [this] { split(Axis::vertical); });
+        connect(rowsOf_, &QAbstractButton::clicked, this, [this] { split(Axis::horizontal); });
+        connect(remove_, &QAbstractButton::clicked, this, [this] {
+            edit([this](LayoutEditor& editor, const DisplayInfo& display) {
+                editor.removeZone(row_.path, display.name, display.orientation());
+            });
+        });
+    }
+
+    void set(const ZoneRow& row) {
+        row_ = row;
+        const auto decimalPoint = QLocale().decimalPoint().toStdString();
+        number_->setText(QString::number(row.order));
+        rect_->setText(QString::fromStdString(rectText(row.rect, decimalPoint)));
+        columns_->setEnabled(row.canSplit);
+        rowsOf_->setEnabled(row.canSplit);
+        remove_->setEnabled(row.canRemove);
+        remove_->set(Symbol::trash,
+                     row.canRemove ? "Remove this zone" : "A display's only zone cannot be removed");
+        setChecked(model_.selectedZonePath() == row.path);
+        setAccessibleName(QString("Zone %1, %2").arg(number_->text(), rect_->text()));
+        update();
+    }
+
+    [[nodiscard]] const NodePath& path() const { return row_.path; }
+
+protected:
+    void nextCheckState() override {}
+
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const auto colors = look::colors(palette());
+        QPainter painter(this);
+        const QRectF area = QRectF(rect()).adjusted(1, 1, -1, -1);
+        if (isChecked() || underMouse()) {
+            auto ground = isChecked() ? colors.accent : colors.text;
+            ground.setAlphaF(isChecked() ? 0.15F : 0.04F);
+            painter.setRenderHint(QPainter::Antialiasing);
+            painter.setPen(Qt::NoPen);
+            painter.setBrush(ground);
+            painter.drawRoundedRect(area, look::cardRadius - 1, look::cardRadius - 1);
+        }
+        if (hasFocus()) {
+            look::paintFocusRing(painter, area.adjusted(4, 4, -4, -4), look::controlRadius, colors.accent);
+        }
+    }
+
+private:
+    template<typename Operation>
+    void edit(Operation operation) {
+        if (const auto display = model_.selectedDisplay()) {
+            model_.edit([&](LayoutEditor& editor) { operation(editor, *display); });
+        }
+    }
+
+    void split(Axis axis) {
+        edit([&](LayoutEditor& editor, const DisplayInfo& display) {
+            editor.split(row_.path, display.name, display.orientation(), axis);
+        });
+    }
+
+    SettingsModel& model_;
+    ZoneRow row_;
+    Text* number_;
+    Text* rect_;
+    IconButton* columns_;
+    IconButton* rowsOf_;
+    IconButton* remove_;
+};
+
+ZoneListView::ZoneListView(SettingsModel& model)
+    : model_(model)
+    , card_(new Card)
+    , empty_(new Text(TextRole::secondary, "This display has no zones — pick a preset above.")) {
+    auto* lines = new QVBoxLayout(this);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->addWidget(empty_);
+    lines->addWidget(card_);
+    card_->setAccessibleName("Zones");
+    refresh();
+}
+
+void ZoneListView::refresh() {
+    const auto display = model_.selectedDisplay();
+    const auto rows = display ? zoneRows(model_.editor().config(), *display) : std::vector<ZoneRow>();
+    while (rows_.size() > rows.size()) {
+        // It may be its own button that removed it.
+        rows_.back()->hide();
+        rows_.back()->deleteLater();
+        rows_.pop_back();
+    }
+    while (rows_.size() < rows.size()) {
+        rows_.push_back(new Row(model_));
+        card_->add(rows_.back());
+    }
+    for (std::size_t index = 0; index < rows.size(); ++index) {
+        rows_[index]->set(rows[index]);
+    }
+    empty_->setVisible(rows.empty());
+    card_->setVisible(!rows.empty());
+}
+
+QWidget* ZoneListView::selectedRow() const {
+    const auto selected = std::ranges::find_if(
+        rows_, [this](const Row* row) { return row->path() == model_.selectedZonePath(); });
+    return selected != rows_.end() ? *selected : nullptr;
+}
+
+} // namespace karto

@@ -1,0 +1,195 @@
+// The settings window of the real program, used with a real keyboard and pointer.
+
+#include "DesktopTest.h"
+#include "Support/Mouse.h"
+
+#include <string>
+
+namespace karto::desktop {
+
+namespace {
+
+// Zones that a test edits on the screen are not below it.
+constexpr Rect settingsArea{.x = 1000, .y = 100, .width = 760, .height = 620};
+
+class SettingsWindowTest : public DesktopTest {
+protected:
+    // Starts the program; its settings are in front, with the list of sections in focus.
+    void startWithSettings(bool isFirstRun) {
+        if (isFirstRun) {
+            std::filesystem::remove(KartoProcess::configurationPath(desktop));
+        }
+        startKarto();
+        if (!isFirstRun) {
+            openSettings();
+        }
+        const auto settings = ownWindow().value();
+        desktop.x().place(settings, settingsArea);
+        require("the settings aside", [&] { return desktop.x().frameOf(settings)->x > zone::one.maxX(); });
+        require("the preview", [&] { return !desktop.x().unmanagedFrames("karto").empty(); });
+    }
+
+    void openSettings() {
+        KartoProcess second(desktop);
+        ASSERT_EQ(second.process().waitForExit(), (Exit{.status = 0, .signal = {}}));
+    }
+
+    void tap(const std::string& key, int times = 1) const {
+        for (int i = 0; i < times; ++i) {
+            keys.tap(key);
+        }
+    }
+
+    void tapWith(const std::vector<std::string>& modifiers, const std::string& key) const {
+        for (const auto& modifier : modifiers) {
+            keys.press(modifier);
+        }
+        keys.tap(key);
+        for (const auto& modifier : modifiers) {
+            keys.release(modifier);
+        }
+    }
+
+    // From the list of sections down to the layout, over the map's two displays to the presets.
+    void choosePreset() {
+        tap("DOWN", 3);
+        tap("TAB", 3);
+        const auto before = desktop.x().unmanagedFrames("karto").size();
+        tap("SPCE");
+        require("the presets", [&] { return desktop.x().unmanagedFrames("karto").size() > before; });
+        tap("DOWN");
+        tap("RTRN");
+    }
+
+    // The button in the middle of zone 1 divides it into rows; in the middle of both there is none. Clicked
+    // until the program sees the pointer.
+    ::testing::AssertionResult splitsFirstZoneOnScreen(const std::string& text) {
+        eventually([&] {
+            mouse.click({.x = zone::one.width / 2, .y = zone::one.height / 2});
+            return eventually([&] { return written() == text; }, 1s);
+        });
+        return writes(text);
+    }
+
+    // What the file holds below its explanations; empty while there is none.
+    [[nodiscard]] std::string written() const {
+        const std::string all = contentsOf(KartoProcess::configurationPath(desktop));
+        const auto start = all.find("[profile]");
+        return start != std::string::npos ? all.substr(start) : std::string();
+    }
+
+    ::testing::AssertionResult writes(const std::string& text) {
+        return eventually([&] { return written() == text; }, 10s)
+                   ? ::testing::AssertionSuccess()
+                   : ::testing::AssertionFailure() << "the file holds " << written();
+    }
+
+    Mouse mouse{desktop.x()};
+};
+
+const std::string studio = R"([profile]
+name = "default"
+
+[[display]]
+name = "Studio"
+orientation = "landscape"
+
+[display.split]
+axis = "vertical"
+at = 0.5
+
+[display.split.first]
+
+[display.split.second]
+)";
+
+const std::string studioSplit = R"([profile]
+name = "default"
+
+[[display]]
+name = "Studio"
+orientation = "landscape"
+
+[display.split]
+axis = "vertical"
+at = 0.5
+
+[display.split.first.split]
+axis = "horizontal"
+at = 0.5
+
+[display.split.first.split.first]
+
+[display.split.first.split.second]
+
+[display.split.second]
+)";
+
+} // namespace
+
+TEST_F(SettingsWindowTest, aFirstRunEndsWithAWindowInAZone) {
+    startWithSettings(true);
+    EXPECT_EQ(written(), "");
+    choosePreset();
+    EXPECT_TRUE(writes(studio));
+
+    EXPECT_TRUE(splitsFirstZoneOnScreen(studioSplit));
+    tapWith({"LCTL"}, "AB01");
+    EXPECT_TRUE(writes(studio));
+    tapWith({"LCTL", "LFSH"}, "AB01");
+    EXPECT_TRUE(writes(studioSplit));
+    takePicture("layout");
+
+    const Application window = Application::probe(desktop, "plain", "alpha", somewhere);
+    EXPECT_TRUE(pressUntilFits("AE02", window, {.x = 0, .y = 400, .width = 640, .height = 400}));
+}
+
+TEST_F(SettingsWindowTest, whatIsRecordedIsClaimedAndCanBeReverted) {
+    startWithSettings(false);
+    tap("DOWN");
+    // Behind the hyper key and four other commands; a modifier held with the key does not count.
+    tap("TAB", 6);
+    tap("SPCE");
+    tapWith({"LFSH"}, "AD06");
+    EXPECT_TRUE(eventually([&] { return written().contains("tidy = \"y\""); }));
+    // Tab and escape belong to the recording: the first is another command's, the second cancels.
+    tap("SPCE");
+    tap("TAB");
+    tap("SPCE");
+    tap("ESC");
+    closeOwnWindow();
+    EXPECT_NE(press("AD06", "tidy"), "");
+
+    openSettings();
+    ASSERT_TRUE(ownWindow());
+    tap("DOWN");
+    tap("TAB");
+    tap("SPCE");
+    // The recording may begin later than the first of them.
+    const std::string recorded = R"(modifiers = ["control", "option"])";
+    EXPECT_TRUE(eventually([&] {
+        tapWith({"LCTL"}, "LALT");
+        return eventually([&] { return written().contains(recorded); }, 1s);
+    }));
+    // The last control is the one before the first.
+    tapWith({"LFSH"}, "TAB");
+    tapWith({"LFSH"}, "TAB");
+    tap("SPCE");
+    EXPECT_TRUE(eventually([&] { return !written().contains(recorded); }));
+    EXPECT_TRUE(written().contains("tidy = \"y\""));
+}
+
+TEST_F(SettingsWindowTest, quittingRightAfterAnEditWritesIt) {
+    startWithSettings(true);
+    const auto between = [&] { return desktop.x().colorAt(640, 780); };
+    const auto before = between();
+    choosePreset();
+    // The zones are shown at once.
+    require("the zones", [&] { return between() != before; });
+    shouldSurvive = false;
+    karto->process().signal(SIGTERM);
+    EXPECT_EQ(karto->process().waitForExit(), (Exit{.status = 0, .signal = {}}));
+    EXPECT_EQ(written(), studio);
+}
+
+} // namespace karto::desktop
