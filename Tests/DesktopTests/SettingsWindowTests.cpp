@@ -179,6 +179,26 @@ TEST_F(SettingsWindowTest, whatIsRecordedIsClaimedAndCanBeReverted) {
     EXPECT_TRUE(written().contains("tidy = \"y\""));
 }
 
+TEST_F(SettingsWindowTest, aZoneClickedOnScreenIsSelectedInItsListWhateverSectionWasShown) {
+    startWithSettings(false);
+    const auto border = [&] { return desktop.x().colorAt(1, 200); };
+    const auto before = border();
+    require("the zone marked", [&] {
+        mouse.click({.x = zone::one.width / 2, .y = zone::one.height / 4});
+        return eventually([&] { return border() != before; }, 1s);
+    });
+    const auto marked = border();
+    takePicture("selected");
+    // From the selected row's section to the first one and back, and on to the next zone.
+    tapWith({"LFSH"}, "TAB");
+    tap("UP", 3);
+    tap("DOWN", 3);
+    tap("TAB", 4);
+    tap("DOWN");
+    EXPECT_EQ(border(), marked);
+    takePicture("come back");
+}
+
 TEST_F(SettingsWindowTest, quittingRightAfterAnEditWritesIt) {
     startWithSettings(true);
     const auto between = [&] { return desktop.x().colorAt(640, 780); };

@@ -192,9 +192,14 @@ void SettingsController::zoneClicked(const DisplayInfo& display, std::optional<i
     }
     if (zoneNumber) {
         auto& model = open_->model;
+        const bool isOtherDisplay = model.selectedDisplay() != display;
         model.selectDisplay(display);
         model.selectZone(TreeOrdering::path(*zoneNumber, display.name, display.orientation(),
                                             model.editor().config().displays));
+        // Zones of two displays may have one path.
+        if (isOtherDisplay) {
+            updatePreview();
+        }
         model.show(SettingsSection::layout);
     }
     open_->window->bringToFront();

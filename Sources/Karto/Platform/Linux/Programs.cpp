@@ -1,6 +1,5 @@
 #include "Karto/Platform/Linux/Programs.h"
 
-#include <QCoreApplication>
 #include <QProcess>
 #include <QStandardPaths>
 
@@ -41,7 +40,10 @@ bool startProgram(const ProgramCall& call) {
 }
 
 bool startProgram(const ProgramCall& call, std::function<void(std::optional<int>)> onEnd) {
-    auto program = std::make_unique<QProcess>(qApp);
+    // Without a parent, which would end it together with this program.
+    auto program = std::make_unique<QProcess>();
+    program->setProcessChannelMode(QProcess::ForwardedChannels);
+    program->setInputChannelMode(QProcess::ForwardedInputChannel);
     if (!prepare(*program, call)) {
         return false;
     }

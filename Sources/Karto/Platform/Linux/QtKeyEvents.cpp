@@ -61,11 +61,12 @@ protected:
         }
         switch (event->type()) {
         case QEvent::ShortcutOverride:
-            // What is recorded is no shortcut of the window.
-            if (onEvent_) {
+            // What is recorded is no shortcut of the window, nor are its repetitions.
+            if (onEvent_ || swallowed_ == static_cast<const QKeyEvent&>(*event).nativeScanCode()) {
                 event->accept();
+                return true;
             }
-            return onEvent_ != nullptr;
+            return false;
         case QEvent::KeyPress: return isSwallowed(static_cast<const QKeyEvent&>(*event));
         case QEvent::KeyRelease: return isReleaseSwallowed(static_cast<const QKeyEvent&>(*event));
         default: return false;
@@ -85,8 +86,9 @@ private:
             return swallowed_ == key;
         }
         const bool swallows =
+            onEvent_ &&
             tell({.kind = KeyEvent::Kind::keyDown, .keyCode = programKeyCode_(key), .modifiers = held_}) ==
-            KeyEventAnswer::swallow;
+                KeyEventAnswer::swallow;
         swallowed_ = swallows ? std::optional(key) : std::nullopt;
         return swallows;
     }

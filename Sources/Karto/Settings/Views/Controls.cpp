@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QWheelEvent>
 
 #include <utility>
 
@@ -286,6 +287,8 @@ void Slider::mouseReleaseEvent(QMouseEvent* event) {
         setSliderDown(false);
     }
 }
+
+void Slider::wheelEvent(QWheelEvent* event) { event->ignore(); }
 
 int Slider::valueAt(qreal x) const {
     const qreal left = knobRadius + ringRoom;

@@ -109,6 +109,9 @@ protected:
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
 
+    // The wheel scrolls the form.
+    void wheelEvent(QWheelEvent* event) override;
+
 private:
     [[nodiscard]] int valueAt(qreal x) const;
 };

@@ -2,6 +2,7 @@
 
 #include "Karto/Settings/Views/Look.h"
 
+#include <QEvent>
 #include <QVBoxLayout>
 
 namespace karto {
@@ -48,8 +49,10 @@ void GeneralSectionView::addStartup(QLayout& groups) {
 
     updateSwitch_ = new Switch;
     updateSwitch_->setAccessibleName(checkForUpdates);
-    connect(updateSwitch_, &QAbstractButton::clicked, this,
-            [this](bool isOn) { settings_.setChecksForUpdates(isOn); });
+    connect(updateSwitch_, &QAbstractButton::clicked, this, [this](bool isOn) {
+        settings_.setChecksForUpdates(isOn);
+        refresh();
+    });
     group->addRow(checkForUpdates, {updateSwitch_});
     groups.addWidget(group);
 }
@@ -62,6 +65,14 @@ void GeneralSectionView::addPermission(QLayout& groups) {
             [this] { settings_.openAccessibilitySettings(); });
     group->card().add(new FormRow(permission_, {openAccessibility_}));
     groups.addWidget(group);
+}
+
+void GeneralSectionView::changeEvent(QEvent* event) {
+    QWidget::changeEvent(event);
+    // A person may come back from the desktop's own settings.
+    if (event->type() == QEvent::ActivationChange && isActiveWindow()) {
+        refresh();
+    }
 }
 
 void GeneralSectionView::refresh() {

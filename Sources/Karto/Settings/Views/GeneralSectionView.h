@@ -11,6 +11,9 @@ class GeneralSectionView final : public QWidget {
 public:
     GeneralSectionView(SettingsModel& model, const GeneralSettings::Services& services);
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void addStartup(QLayout& groups);
     void addPermission(QLayout& groups);

@@ -60,8 +60,8 @@ void LayoutSectionView::buildLegacyFormat() {
                          "This file was written before Karto arranged zones as a tree, and can't be read "
                          "anymore. Pick a scheme below to start again, or open the file to copy your old "
                          "numbers out by hand."),
-                new Text(TextRole::caption, "Picking one replaces the old file, once it's saved.")},
-               {presets, openConfigButton()});
+                presets, new Text(TextRole::caption, "Picking one replaces the old file, once it's saved."),
+                openConfigButton()});
 }
 
 void LayoutSectionView::buildUnreadableFile() {
@@ -69,31 +69,24 @@ void LayoutSectionView::buildUnreadableFile() {
     auto* text = new Text(TextRole::body, QString::fromStdString(error.value_or(std::string())));
     text->setTextInteractionFlags(Qt::TextSelectableByMouse | Qt::TextSelectableByKeyboard);
     addMessage("The config file could not be read.",
-               {text, new Text(TextRole::caption,
-                               "Editing here would replace it with a blank layout — fix the file directly "
-                               "instead.")},
-               {openConfigButton()});
+               {text,
+                new Text(TextRole::caption,
+                         "Editing here would replace it with a blank layout — fix the file directly "
+                         "instead."),
+                openConfigButton()});
 }
 
-void LayoutSectionView::addMessage(const QString& head, const std::vector<Text*>& texts,
-                                   const std::vector<QWidget*>& controls) {
+void LayoutSectionView::addMessage(const QString& head, const std::vector<QWidget*>& parts) {
     auto* card = new Card;
     auto* row = new QWidget;
     auto* lines = new QVBoxLayout(row);
     lines->setContentsMargins(look::rowPadding, look::rowPadding, look::rowPadding, look::rowPadding);
     lines->setSpacing(lineGap);
-    auto* heading = new Note(Symbol::warning, TextRole::head, head);
-    lines->addWidget(heading);
-    for (Text* text : texts) {
-        lines->addWidget(text);
+    lines->addWidget(new Text(TextRole::head, head));
+    for (QWidget* part : parts) {
+        const bool isButton = qobject_cast<QAbstractButton*>(part) != nullptr;
+        lines->addWidget(part, 0, isButton ? Qt::AlignLeft : Qt::Alignment());
     }
-    auto* line = new QHBoxLayout;
-    line->setSpacing(8);
-    for (QWidget* control : controls) {
-        line->addWidget(control);
-    }
-    line->addStretch();
-    lines->addLayout(line);
     card->add(row);
     lines_->addWidget(card);
 }
@@ -187,8 +180,9 @@ void LayoutSectionView::refreshEditor() {
     }
     zones_->refresh();
     ring_->refresh();
-    if (revealed_ != model_.selectedZonePath()) {
-        revealed_ = model_.selectedZonePath();
+    const std::pair selected(display->name, model_.selectedZonePath());
+    if (revealed_ != selected) {
+        revealed_ = selected;
         if (auto* row = zones_->selectedRow()) {
             actions_.reveal(*row);
         }

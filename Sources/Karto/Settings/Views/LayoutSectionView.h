@@ -8,6 +8,8 @@
 
 #include <functional>
 #include <optional>
+#include <string>
+#include <utility>
 #include <vector>
 
 class QVBoxLayout;
@@ -34,8 +36,7 @@ private:
     void buildLegacyFormat();
     void buildUnreadableFile();
     void buildEditor();
-    void addMessage(const QString& head, const std::vector<Text*>& texts,
-                    const std::vector<QWidget*>& controls);
+    void addMessage(const QString& head, const std::vector<QWidget*>& parts);
     Button* openConfigButton();
     Button* presetButton(Orientation orientation, std::function<void(const LayoutPreset&)> onChoice);
     void refresh();
@@ -57,7 +58,8 @@ private:
     std::optional<Orientation> presetOrientation_;
     ZoneListView* zones_ = nullptr;
     RingOrderView* ring_ = nullptr;
-    std::optional<NodePath> revealed_;
+    // The display and the zone whose row was brought into sight.
+    std::pair<std::string, std::optional<NodePath>> revealed_;
     Registration changes_;
 };
 

@@ -66,6 +66,10 @@ public:
     }
 
     void set(const RingOrderRow& row) {
+        // What is dragged is a zone and not a place.
+        if (row != row_) {
+            endDrag();
+        }
         row_ = row;
         const auto orientation = rawName(row.orientation);
         number_->setText(QString::number(row.order));
@@ -74,7 +78,9 @@ public:
             QString("(%1)%2").arg(QString::fromUtf8(orientation.data(), qsizetype(orientation.size())),
                                   row.isConnected ? QString() : QString("   not connected")));
         pinned_->setVisible(row.isPinned);
-        pin_->set(row.isPinned ? Symbol::pinFilled : Symbol::pin, QString::fromStdString(pinHelp(row)));
+        const auto help = QString::fromStdString(pinHelp(row));
+        pinned_->setToolTip(help);
+        pin_->set(row.isPinned ? Symbol::pinFilled : Symbol::pin, help);
         setAccessibleName(QString("Number %1, %2 %3%4")
                               .arg(number_->text(), name_->text(), detail_->text(),
                                    row.isPinned ? QString(", pinned") : QString()));
@@ -104,6 +110,8 @@ protected:
         }
     }
 
+    void hideEvent(QHideEvent* /*event*/) override { endDrag(); }
+
     void mouseMoveEvent(QMouseEvent* event) override {
         if (!pressedAt_) {
             return;
@@ -117,11 +125,14 @@ protected:
     }
 
     void mouseReleaseEvent(QMouseEvent* event) override {
-        pressedAt_.reset();
-        if (std::exchange(isDragged_, false)) {
-            list_.showDropLine(std::nullopt);
-            update();
+        if (event->button() != Qt::LeftButton || !pressedAt_) {
+            return;
+        }
+        const bool isOnPin = !pinned_->isHidden() && pinned_->geometry().contains(*pressedAt_);
+        if (endDrag()) {
             list_.move(index_, list_.insertionAt(mapTo(list_.card_, event->pos()).y()));
+        } else if (isOnPin) {
+            togglePin();
         }
     }
 
@@ -129,14 +140,9 @@ protected:
         const bool isMove = event->modifiers().testFlag(Qt::AltModifier);
         switch (event->key()) {
         case Qt::Key_Escape:
-            if (!isDragged_) {
+            if (!endDrag()) {
                 QWidget::keyPressEvent(event);
-                return;
             }
-            isDragged_ = false;
-            pressedAt_.reset();
-            list_.showDropLine(std::nullopt);
-            update();
             break;
         case Qt::Key_Up: isMove ? list_.move(index_, index_ - 1) : list_.focusRow(index_ - 1); break;
         case Qt::Key_Down: isMove ? list_.move(index_, index_ + 2) : list_.focusRow(index_ + 1); break;
@@ -146,6 +152,18 @@ protected:
     }
 
 private:
+    // Whether the row was being dragged.
+    bool endDrag() {
+        pressedAt_.reset();
+        if (!isDragged_) {
+            return false;
+        }
+        isDragged_ = false;
+        list_.showDropLine(std::nullopt);
+        update();
+        return true;
+    }
+
     void togglePin() {
         list_.model_.edit([this](LayoutEditor& editor) { karto::togglePin(row_, editor); });
     }

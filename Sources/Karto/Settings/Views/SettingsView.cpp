@@ -16,6 +16,7 @@
 #include <QShortcut>
 #include <QSplitter>
 #include <QStyle>
+#include <QTimer>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -170,7 +171,8 @@ void SettingsView::refresh() {
         const auto text = title(model_.section());
         title_->setText(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
         if (auto* old = scroll_->takeWidget()) {
-            // What it shows may be what asked for another section.
+            // It may hold what asked for another section, and must not outlive the model.
+            old->setParent(this);
             old->hide();
             old->deleteLater();
         }
@@ -187,7 +189,15 @@ void SettingsView::refresh() {
 }
 
 void SettingsView::reveal(QWidget& part) {
-    // Rows that were just added have no place yet.
+    // Rows that were just added are shown and get their places by events.
+    QTimer::singleShot(0, &part, [this, &part] {
+        if (scroll_->widget()->isAncestorOf(&part)) {
+            scrollTo(part);
+        }
+    });
+}
+
+void SettingsView::scrollTo(const QWidget& part) {
     scroll_->widget()->layout()->activate();
     QApplication::sendPostedEvents(scroll_->widget(), QEvent::LayoutRequest);
     auto* bar = scroll_->verticalScrollBar();

@@ -32,13 +32,13 @@ protected:
     bool focusNextPrevChild(bool next) override;
 
 private:
-    class Pane;
-
     [[nodiscard]] QWidget* makePane();
     [[nodiscard]] QWidget* makeBottomRow();
     [[nodiscard]] QWidget* makeSection();
     void refresh();
+    // Moves the part to the middle of the pane once it has its place.
     void reveal(QWidget& part);
+    void scrollTo(const QWidget& part);
 
     SettingsModel& model_;
     GeneralSettings::Services general_;

@@ -100,6 +100,12 @@ void SidebarView::changeEvent(QEvent* event) {
     }
 }
 
+QItemSelectionModel::SelectionFlags SidebarView::selectionCommand(const QModelIndex& index,
+                                                                  const QEvent* /*event*/) const {
+    // One section is always selected.
+    return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
+}
+
 void SidebarView::adopt() {
     auto palette = qApp->palette();
     palette.setColor(QPalette::Base, look::colors(palette).sidebar);

@@ -13,6 +13,8 @@ public:
 
 protected:
     void changeEvent(QEvent* event) override;
+    [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
+                                                                       const QEvent* event) const override;
 
 private:
     void adopt();
