@@ -1,12 +1,4 @@
-#include "Karto/Overlay/OverlayController.h"
-
-#include "Karto/Adapters/DisplayRegistry.h"
-#include "Karto/Adapters/ModifierMonitor.h"
-#include "Support/FixedConfig.h"
-#include "Support/ManualScheduler.h"
-#include "Support/MemoryCheckLog.h"
-#include "Support/MemoryDesktop.h"
-#include "Support/MemoryStage.h"
+#include "Support/OverlayFixture.h"
 #include "Support/Trees.h"
 
 #include <fmt/format.h>
@@ -26,7 +18,6 @@ constexpr ModifierFlags nothing{};
 constexpr ModifierFlags hyper{ModifierBits::shift | ModifierBits::control | ModifierBits::option |
                               ModifierBits::command};
 constexpr ModifierFlags shift{ModifierBits::shift};
-constexpr WindowHandle settingsWindow{77};
 
 // For example "1 [2]" for two zones with the second selected, and the text of a message.
 Picture describe(const OverlayContentView& view, const StageStyle& style) {
@@ -50,9 +41,10 @@ Screen screen(std::string name, const Rect& visibleFrame) {
             .visibleFrame = visibleFrame};
 }
 
-class OverlayControllerTest : public ::testing::Test {
+class OverlayControllerTest : public OverlayFixture {
 protected:
-    OverlayControllerTest() {
+    OverlayControllerTest()
+        : OverlayFixture(describe) {
         desktop.connected = {screen("Main", mainFrame), screen("Side", sideFrame)};
         config.set(configWith({landscape("Main", columns(0.5, zone(), zone())), landscape("Side", zone())}));
         overlay.start(monitor);
@@ -68,22 +60,6 @@ protected:
         desktop.hold(hyper);
         return shownAfter(300ms);
     }
-
-    MemoryDesktop desktop;
-    MemoryStage stage;
-    ManualScheduler scheduler;
-    MemoryCheckLog log;
-    FixedConfig config;
-    DisplayRegistry displays{desktop};
-    ModifierMonitor monitor{desktop, scheduler};
-    OverlayController overlay{{.config = config,
-                               .displays = displays,
-                               .screens = desktop,
-                               .stage = stage,
-                               .activity = stage,
-                               .scheduler = scheduler,
-                               .log = log},
-                              describe};
 };
 
 } // namespace

@@ -1,13 +1,5 @@
-#include "Karto/Overlay/OverlayController.h"
-
-#include "Karto/Adapters/DisplayRegistry.h"
-#include "Karto/Adapters/ModifierMonitor.h"
 #include "KartoCore/LayoutEditor.h"
-#include "Support/FixedConfig.h"
-#include "Support/ManualScheduler.h"
-#include "Support/MemoryCheckLog.h"
-#include "Support/MemoryDesktop.h"
-#include "Support/MemoryStage.h"
+#include "Support/OverlayFixture.h"
 #include "Support/Trees.h"
 
 #include <fmt/format.h>
@@ -23,7 +15,6 @@ using ::testing::IsEmpty;
 
 constexpr Rect mainFrame = rectAt(0, 25, 1000, 800);
 constexpr Rect sideFrame = rectAt(1000, 0, 800, 600);
-constexpr WindowHandle settingsWindow{77};
 
 // What there is to see of editing: "marked", "drag", the number of splits of the zone with buttons, "help".
 Picture describe(const OverlayContentView& view, const StageStyle& /*style*/) {
@@ -43,9 +34,10 @@ Screen screen(std::string name, const Rect& frame) {
 }
 
 // A preview of an editor whose edits are applied and shown at once.
-class ZoneEditingPreviewTest : public ::testing::Test {
+class ZoneEditingPreviewTest : public OverlayFixture {
 protected:
-    ZoneEditingPreviewTest() {
+    ZoneEditingPreviewTest()
+        : OverlayFixture(describe) {
         overlay.start(monitor);
         desktop.connected = {screen("Main", mainFrame), screen("Side", sideFrame)};
         stage.setActive(true);
@@ -84,21 +76,6 @@ protected:
         heard.clear();
     }
 
-    MemoryDesktop desktop;
-    MemoryStage stage;
-    ManualScheduler scheduler;
-    MemoryCheckLog log;
-    FixedConfig saved;
-    DisplayRegistry displays{desktop};
-    ModifierMonitor monitor{desktop, scheduler};
-    OverlayController overlay{{.config = saved,
-                               .displays = displays,
-                               .screens = desktop,
-                               .stage = stage,
-                               .activity = stage,
-                               .scheduler = scheduler,
-                               .log = log},
-                              describe};
     LayoutEditor editor{
         configWith({landscape("Main", columns(0.5, zone(), zone())), portrait("Side", zone())})};
     // Displays and kinds of edits.
