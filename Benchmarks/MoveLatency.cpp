@@ -1,16 +1,18 @@
 // From a key press to the window exactly in its zone: several window movers side by side on one desktop,
 // taking turns, so that whatever else the machine does hits all of them alike.
 //
-//   MoveLatency MOVES ZONE1 ZONE2 ZONE3 NAME=KEYS...
+//   MoveLatency MOVES ZONE1 ZONE2 ZONE3 NAME=KEYS[@PROCESS]...
 //   MoveLatency --extents
 //
 // A zone is X,Y,WIDTH,HEIGHT, the first two of one size, the third of another. KEYS are the three letters or
 // digits that send the active window there, each held with Shift, Control, Alt and Super. The contestants
-// named "minimal" and "wmctrl" are what the others are measured against. --extents prints what the window
+// named "minimal" and "wmctrl" are what the others are measured against. Those whose process is told are
+// also measured by the processor time that a hundred moves take them. --extents prints what the window
 // manager adds to a window: left, right, top, bottom.
 
 #include "Keyboard.h"
 #include "MoveLatencyWindow.h"
+#include "ProcessorTime.h"
 
 #include <fmt/format.h>
 
@@ -25,6 +27,8 @@
 #include <stdexcept>
 #include <string>
 #include <string_view>
+#include <system_error>
+#include <thread>
 #include <vector>
 
 namespace karto::bench {
@@ -34,11 +38,19 @@ using Microseconds = std::chrono::duration<double, std::micro>;
 
 constexpr auto moveBound = std::chrono::seconds(1);
 constexpr int mostAttemptsAtTheStart = 20;
+constexpr double middle = 0.5;
+
+// Longer than anything that a program does after a key press.
+constexpr auto aftermath = std::chrono::seconds(1);
+constexpr int countedCommands = 100;
+constexpr int countings = 5;
 
 struct Contestant {
     std::string_view name;
     // By zone, from 0.
     std::array<xcb_keycode_t, 3> keys{};
+    // 0 where it is not told.
+    pid_t process = 0;
 };
 
 // Two zones between which the window goes back and forth; numbers from 0.
@@ -52,13 +64,26 @@ constexpr std::array serieses{
     Series{.title = "Moves that also resize, to the other display", .zones = {1, 2}},
 };
 
+// All of the text.
+int parseNumber(std::string_view text) {
+    int number = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), number);
+    if (error != std::errc() || end != text.data() + text.size() || number < 1)
+        throw std::invalid_argument(fmt::format("\"{}\" is not a number above 0", text));
+    return number;
+}
+
 Contestant parseContestant(std::string_view text, const XServer& server) {
-    const auto equals = text.find('=');
-    if (equals == std::string_view::npos || text.size() != equals + 4)
-        throw std::invalid_argument(fmt::format("\"{}\" is not NAME=KEYS with three keys", text));
+    const auto process = text.rfind('@');
+    const auto equals = text.rfind('=', process);
+    const auto keys = text.substr(0, process).substr(std::min(text.size(), equals + 1));
+    if (equals == std::string_view::npos || keys.size() != 3)
+        throw std::invalid_argument(fmt::format("\"{}\" is not NAME=KEYS[@PROCESS] with three keys", text));
     Contestant contestant{.name = text.substr(0, equals)};
-    std::ranges::transform(text.substr(equals + 1), contestant.keys.begin(),
+    std::ranges::transform(keys, contestant.keys.begin(),
                            [&](char key) { return server.keyCode(static_cast<xcb_keysym_t>(key)); });
+    if (process != std::string_view::npos)
+        contestant.process = parseNumber(text.substr(process + 1));
     return contestant;
 }
 
@@ -89,6 +114,17 @@ public:
             }
         }
         return latencies;
+    }
+
+    // The processor time of that many pure moves that nobody else makes.
+    [[nodiscard]] Microseconds costOfMoves(const Contestant& contestant, int moves) {
+        warmUp(contestant, 0);
+        std::this_thread::sleep_for(aftermath);
+        const auto before = processorTime(contestant.process);
+        for (int move = 0; move < moves; ++move)
+            std::ignore = measuredMove(contestant, static_cast<std::size_t>((move + 1) % 2));
+        std::this_thread::sleep_for(aftermath);
+        return processorTime(contestant.process) - before;
     }
 
 private:
@@ -136,7 +172,6 @@ double quantile(std::vector<Microseconds>& values, double share) {
 
 void printTable(const Series& series, std::span<const Contestant> contestants,
                 std::vector<std::vector<Microseconds>> latencies) {
-    constexpr double middle = 0.5;
     const auto medianOf = [&](std::string_view name) -> std::optional<double> {
         const auto found = std::ranges::find(contestants, name, &Contestant::name);
         if (found == contestants.end())
@@ -157,13 +192,22 @@ void printTable(const Series& series, std::span<const Contestant> contestants,
     }
 }
 
+void printCosts(Race& race, std::span<const Contestant> contestants) {
+    fmt::print("\n### Processor time of {} pure moves, median of {} times\n\n", countedCommands, countings);
+    fmt::print("| contestant | ms |\n|---|---:|\n");
+    std::vector<std::vector<Microseconds>> costs(contestants.size());
+    for (int counting = 0; counting < countings; ++counting)
+        for (std::size_t index = 0; index < contestants.size(); ++index)
+            if (contestants[index].process != 0)
+                costs[index].push_back(race.costOfMoves(contestants[index], countedCommands));
+    for (std::size_t index = 0; index < contestants.size(); ++index)
+        if (!costs[index].empty())
+            fmt::print("| {} | {:.1f} |\n", contestants[index].name, quantile(costs[index], middle) / 1000);
+}
+
 void run(std::span<char* const> arguments) {
     const XServer server;
-    const std::string_view movesText = arguments[0];
-    int moves = 0;
-    std::from_chars(movesText.data(), movesText.data() + movesText.size(), moves);
-    if (moves < 1)
-        throw std::invalid_argument(fmt::format("\"{}\" is not a number of moves", movesText));
+    const int moves = parseNumber(arguments[0]);
     const std::array zones{Box::parse(arguments[1]), Box::parse(arguments[2]), Box::parse(arguments[3])};
     std::vector<Contestant> contestants;
     for (const std::string_view text : arguments.subspan(4))
@@ -171,6 +215,7 @@ void run(std::span<char* const> arguments) {
     Race race(server, zones, contestants);
     for (const Series& series : serieses)
         printTable(series, contestants, race.run(series, moves));
+    printCosts(race, contestants);
 }
 
 void printExtents() {
@@ -186,7 +231,7 @@ int main(int argc, char** argv) {
     const std::span arguments(argv, static_cast<std::size_t>(argc));
     const bool extentsOnly = argc == 2 && std::string_view(arguments[1]) == "--extents";
     if (!extentsOnly && argc < 6) {
-        fmt::print(stderr, "usage: MoveLatency MOVES ZONE1 ZONE2 ZONE3 NAME=KEYS...\n"
+        fmt::print(stderr, "usage: MoveLatency MOVES ZONE1 ZONE2 ZONE3 NAME=KEYS[@PROCESS]...\n"
                            "       MoveLatency --extents\n");
         return EXIT_FAILURE;
     }

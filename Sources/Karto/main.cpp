@@ -8,6 +8,7 @@
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 #include "Karto/Platform/Linux/QtDescriptorWatch.h"
 #include "Karto/Platform/Linux/QtDesktopTheme.h"
+#include "Karto/Platform/Linux/QtFocus.h"
 #include "Karto/Platform/Linux/QtKeyEvents.h"
 #include "Karto/Platform/Linux/QtScheduler.h"
 #include "Karto/Platform/Linux/SessionBus.h"
@@ -21,6 +22,7 @@
 #include "Karto/Platform/X11/Keyboard/HotKeyCenter.h"
 #include "Karto/Platform/X11/Keyboard/Keyboard.h"
 #include "Karto/Platform/X11/Keyboard/ModifierEvents.h"
+#include "Karto/Platform/X11/Keyboard/ToolkitKeyboard.h"
 #include "Karto/Platform/X11/Server/Activation.h"
 #include "Karto/Platform/X11/Server/Connection.h"
 #include "Karto/Platform/X11/Server/NestedServer.h"
@@ -128,6 +130,8 @@ int main(int argumentCount, char** arguments) {
     x11::Screens screens(connection, scheduler);
     x11::HotKeyCenter hotKeyCenter(connection, scheduler);
     x11::ModifierEvents modifierEvents(connection);
+    x11::ToolkitKeyboard toolkitKeyboard(connection, static_cast<xcb_connection_t*>(toolkitConnection()));
+    const auto focusMoves = observeFocus([&](std::uint32_t window) { toolkitKeyboard.focusMoved(window); });
     x11::ApplicationActivity activity(connection, accessibility, scheduler, getpid());
     QtDesktopTheme theme(bus);
     x11::OverlayStage stage(connection, windowManager, modifierEvents, theme, scheduler);

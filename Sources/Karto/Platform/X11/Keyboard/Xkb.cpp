@@ -41,10 +41,32 @@ void Xkb::selectKeyboardChanges() const {
            details);
 }
 
-void Xkb::selectHeldModifiers() const {
+void Xkb::selectHeldModifiers() const { selectState(heldParts); }
+
+void Xkb::selectState(std::uint16_t parts) const {
     xcb_xkb_select_events_details_t details{};
-    details.affectState = details.stateDetails = heldParts;
+    details.affectState = wholeState;
+    details.stateDetails = parts;
     select(XCB_XKB_EVENT_TYPE_STATE_NOTIFY, details);
+}
+
+void Xkb::tellState(xcb_window_t window, const xcb_xkb_get_state_reply_t& state) const {
+    xcb_xkb_state_notify_event_t event{};
+    event.response_type = static_cast<std::uint8_t>(firstEvent_);
+    event.xkbType = XCB_XKB_STATE_NOTIFY;
+    event.deviceID = state.deviceID;
+    event.mods = state.mods;
+    event.baseMods = state.baseMods;
+    event.latchedMods = state.latchedMods;
+    event.lockedMods = state.lockedMods;
+    event.group = state.group;
+    event.baseGroup = state.baseGroup;
+    event.latchedGroup = state.latchedGroup;
+    event.lockedGroup = state.lockedGroup;
+    event.changed = wholeState;
+    xcb_send_event(
+        connection_, 0, window, XCB_EVENT_MASK_NO_EVENT,
+        reinterpret_cast<const char*>(&event)); // NOLINT(cppcoreguidelines-pro-type-reinterpret-cast)
 }
 
 void Xkb::select(std::uint16_t events, const xcb_xkb_select_events_details_t& details) const {

@@ -20,8 +20,21 @@ public:
     // A key that is held sends presses only, and one release in the end.
     void detectRepetition() const;
 
+    // The extension on another connection of this process, which has announced itself there.
+    [[nodiscard]] Xkb on(xcb_connection_t* connection) const { return {connection, firstEvent_}; }
+
     void selectKeyboardChanges() const;
     void selectHeldModifiers() const;
+    // All changes of the keyboard's state that concern these parts of it, and no others.
+    void selectState(std::uint16_t parts) const;
+
+    static constexpr std::uint16_t wholeState = 0x3FFF;
+    // What stays when all keys are released.
+    static constexpr std::uint16_t lockedState =
+        XCB_XKB_STATE_PART_MODIFIER_LOCK | XCB_XKB_STATE_PART_GROUP_STATE | XCB_XKB_STATE_PART_GROUP_LOCK;
+
+    // Tells the client that made the window how the keyboard stands, as the server would.
+    void tellState(xcb_window_t window, const xcb_xkb_get_state_reply_t& state) const;
 
     // Whether keys or modifiers may have moved, or the repetition of keys may be another.
     [[nodiscard]] bool isKeyboardChange(const xcb_generic_event_t& event) const;

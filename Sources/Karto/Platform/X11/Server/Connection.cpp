@@ -141,13 +141,9 @@ std::optional<std::vector<bool>> Connection::succeeded(std::span<const xcb_void_
 
 std::vector<const xcb_generic_event_t*> Connection::awaitEvents(std::size_t mark, Deadline deadline) {
     flush();
-    while (true) {
-        while (xcb_generic_event_t* event = xcb_poll_for_event(get())) {
-            lineUp(event);
-        }
-        if (line_.size() > mark || broken() || !waitReadable(deadline)) {
-            break;
-        }
+    takeReadEvents();
+    while (line_.size() <= mark && !broken() && waitReadable(deadline)) {
+        readEvents();
     }
     dispatchSoon();
     std::vector<const xcb_generic_event_t*> fresh;
@@ -215,6 +211,13 @@ void Connection::tellWindowManager(xcb_window_t window, xcb_atom_t type,
         reinterpret_cast<const char*>(&event)); // NOLINT(cppcoreguidelines-pro-type-reinterpret-cast)
 }
 
+void Connection::readEvents() {
+    if (xcb_generic_event_t* event = xcb_poll_for_event(get())) {
+        lineUp(event);
+    }
+    takeReadEvents();
+}
+
 void Connection::takeReadEvents() {
     while (xcb_generic_event_t* event = xcb_poll_for_queued_event(get())) {
         lineUp(event);
@@ -246,19 +249,13 @@ void Connection::dispatch() {
     }
     soon_.reset();
     dispatching_ = true;
-    while (true) {
-        if (line_.empty()) {
-            xcb_generic_event_t* event = xcb_poll_for_event(get());
-            if (event == nullptr) {
-                break;
-            }
-            lineUp(event);
-            continue;
-        }
+    readEvents();
+    while (!line_.empty()) {
         const Event event = std::move(line_.front());
         line_.pop_front();
         eventObservers_.notify(*event);
         turnObservers_.notify();
+        takeReadEvents();
     }
     lullObservers_.notify();
     dispatching_ = false;

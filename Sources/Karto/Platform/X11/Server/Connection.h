@@ -129,6 +129,9 @@ private:
     void* awaitReply(unsigned sequence, Deadline deadline);
     // Until there is something to read, or maybe so.
     [[nodiscard]] bool waitReadable(Deadline deadline);
+    // Moves what has arrived into the line. What is on its way is left to the next time: looking once more
+    // whether there is nothing would cost as much as what there was.
+    void readEvents();
     // Moves what xcb has read already into the line.
     void takeReadEvents();
     void lineUp(xcb_generic_event_t* received);

@@ -68,6 +68,20 @@ Rect WindowFacts::visibleFrame() const {
             static_cast<double>(height + decoration.top + decoration.bottom - shadow.top - shadow.bottom)};
 }
 
+bool WindowFacts::follow(const xcb_generic_event_t& event) {
+    // The window manager tells a window that it has moved where it is on the root. What the server tells
+    // counts from the frame.
+    if (eventCode(event) != XCB_CONFIGURE_NOTIFY || !isSentByClient(event)) {
+        return false;
+    }
+    const auto& told = eventAs<xcb_configure_notify_event_t>(event);
+    x = told.x + told.border_width;
+    y = told.y + told.border_width;
+    width = told.width;
+    height = told.height;
+    return true;
+}
+
 FactsRequest::FactsRequest(const Connection& connection, xcb_window_t window)
     : geometry_(xcb_get_geometry(connection.get(), window))
     , origin_(xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0)) {

@@ -62,6 +62,10 @@ struct WindowFacts {
 
     // What a person sees: with decoration, without the invisible edges. Global points.
     [[nodiscard]] Rect visibleFrame() const;
+
+    // Takes over where the window is from an event that tells it. False, and nothing is taken over, for any
+    // other event about the window.
+    bool follow(const xcb_generic_event_t& event);
 };
 
 class FactsRequest {

@@ -306,7 +306,7 @@ void Accessibility::noteEvent(const xcb_generic_event_t& event) {
     // The count wraps around.
     const bool isNews =
         active_.facts && static_cast<std::int32_t>(event.full_sequence - active_.facts->sequence) >= 0;
-    if (subject == active_.window && isNews) {
+    if (subject == active_.window && isNews && !active_.facts->follow(event)) {
         active_.facts.reset();
         // Read ahead, once for a burst of changes, so that a key pressed later finds it known.
         active_.reading = scheduler_.after(gatherTime, callbacks_.wrap([this] { readActive(); }));

@@ -192,17 +192,25 @@ void WindowPlacer::correct(xcb_window_t window, Placement& placement, const Wind
     }
 }
 
-bool WindowPlacer::awaitChange(xcb_window_t window, std::size_t mark, Deadline deadline) {
+std::vector<const xcb_generic_event_t*> WindowPlacer::awaitChange(xcb_window_t window, std::size_t mark,
+                                                                  Deadline deadline) {
     do {
-        const auto events = connection_.awaitEvents(mark, deadline);
+        auto events = connection_.awaitEvents(mark, deadline);
         mark += events.size();
-        if (std::ranges::any_of(events, [&](const auto* event) {
-                return concernsFrame(*event, window, connection_.atoms());
-            })) {
-            return true;
+        std::erase_if(events,
+                      [&](const auto* event) { return !concernsFrame(*event, window, connection_.atoms()); });
+        if (!events.empty()) {
+            return events;
         }
     } while (!connection_.broken() && std::chrono::steady_clock::now() < deadline);
-    return false;
+    return {};
+}
+
+std::optional<WindowFacts> WindowPlacer::toldToFit(const Placement& asked,
+                                                   std::span<const xcb_generic_event_t* const> changes) {
+    auto facts = asked.facts;
+    const bool isTold = !asked.wasMaximized && changes.size() == 1 && facts.follow(*changes.front());
+    return isTold && fits(facts, asked.target) ? std::optional(facts) : std::nullopt;
 }
 
 std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline deadline) {
@@ -213,8 +221,15 @@ std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline de
     if (!asked.isSent) {
         const auto mark = connection_.eventMark();
         send(window, asked);
-        // Looking any sooner would only keep the server from carrying it out.
-        hasChanged = !asked.fitted && awaitChange(window, mark, lastLook);
+        if (!asked.fitted) {
+            // Looking any sooner would only keep the server from carrying it out.
+            const auto changes = awaitChange(window, mark, lastLook);
+            if (auto told = toldToFit(asked, changes)) {
+                placements_.erase(window);
+                return told;
+            }
+            hasChanged = !changes.empty();
+        }
     }
     std::optional<WindowFacts> facts;
     while (true) {
@@ -225,7 +240,7 @@ std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline de
         }
         const auto patience = asked.wasMaximized ? shortQuiet : quiet;
         const auto until = hasChanged ? std::min(lastLook, deadlineFromNow(patience)) : lastLook;
-        if (std::chrono::steady_clock::now() < until && awaitChange(window, mark, until)) {
+        if (std::chrono::steady_clock::now() < until && !awaitChange(window, mark, until).empty()) {
             hasChanged = true;
             continue;
         }

@@ -16,6 +16,8 @@
 #include <cstddef>
 #include <map>
 #include <optional>
+#include <span>
+#include <vector>
 
 namespace karto::x11 {
 
@@ -65,8 +67,13 @@ private:
     void send(xcb_window_t window, Placement& placement);
     void place(xcb_window_t window, Placement& placement, const WindowFacts& facts);
     bool advance(xcb_window_t window, Placement& placement, const WindowFacts& facts);
-    // Whether the window's frame may have changed since the mark, before the deadline.
-    bool awaitChange(xcb_window_t window, std::size_t mark, Deadline deadline);
+    // The news since the mark that may be of the window's frame, as soon as there are some; empty when none
+    // comes before the deadline.
+    std::vector<const xcb_generic_event_t*> awaitChange(xcb_window_t window, std::size_t mark,
+                                                        Deadline deadline);
+    // The window in the frame that it was asked for, if the changes are the news of just that.
+    static std::optional<WindowFacts> toldToFit(const Placement& asked,
+                                                std::span<const xcb_generic_event_t* const> changes);
     void recheckLater(xcb_window_t window, Placement& placement);
     void recheck(xcb_window_t window);
     void correct(xcb_window_t window, Placement& placement, const WindowFacts& facts);
