@@ -1,7 +1,6 @@
 #include "Karto/Adapters/KeyCodes.h"
 #include "Karto/Platform/HotKeyCenter.h"
 #include "Karto/Platform/Observers.h"
-#include "Karto/Platform/X11/Displays/Edid.h"
 #include "Karto/Platform/X11/Displays/Struts.h"
 #include "Karto/Platform/X11/Keyboard/Keyboard.h"
 #include "Karto/Platform/X11/Keyboard/PressFilter.h"
@@ -151,22 +150,6 @@ TEST(Struts, addUpAndLeaveAMonitorWholeThatTheyWouldCover) {
     const std::vector<Strut> crossing{{.edge = Strut::Edge::top, .depth = 700, .from = 0, .to = 1920},
                                       {.edge = Strut::Edge::bottom, .depth = 600, .from = 0, .to = 1920}};
     EXPECT_EQ(visibleFrame(leftMonitor, desktop, crossing), leftMonitor);
-}
-
-TEST(Edid, namesTheProduct) {
-    const auto edidWith = [](std::uint8_t tag, std::string_view text) {
-        std::vector<std::uint8_t> edid(128);
-        edid[54 + 18 + 3] = tag;
-        std::ranges::copy(text, edid.begin() + 54 + 18 + 5);
-        return edid;
-    };
-    EXPECT_EQ(productName(edidWith(0xFC, "Studio\n     ")), "Studio");
-    EXPECT_EQ(productName(edidWith(0xFC, "Thirteen long")), "Thirteen long");
-    EXPECT_EQ(productName(edidWith(0xFC, "B\xE9ta\n")), "B?ta");
-    EXPECT_EQ(productName(edidWith(0xFC, "   \n")), std::nullopt);
-    EXPECT_EQ(productName(edidWith(0xFE, "Serial\n")), std::nullopt);
-    const auto whole = edidWith(0xFC, "Studio\n");
-    EXPECT_EQ(productName(std::span(whole).first(127)), std::nullopt);
 }
 
 TEST(Observers, mayComeAndGoWhileTheyAreCalled) {

@@ -1,9 +1,8 @@
 #include "Karto/Platform/X11/Displays/ScreenReading.h"
 
-#include "Karto/Platform/X11/Displays/Edid.h"
+#include "Karto/Platform/X11/Displays/MonitorReading.h"
 #include "Karto/Platform/X11/Displays/Struts.h"
 #include "Karto/Platform/X11/Server/Extensions.h"
-#include "KartoCore/Utf8.h"
 
 #include <algorithm>
 #include <set>
@@ -54,68 +53,6 @@ std::optional<Outline> readOutline(Connection& connection, bool hasRandr) {
     std::ranges::copy_if(children, std::back_inserter(outline.others),
                          [&](xcb_window_t child) { return !known.contains(child); });
     return outline;
-}
-
-struct MonitorRequest {
-    Rect frame;
-    bool isPrimary = false;
-    xcb_get_atom_name_cookie_t name{};
-    // Absent for a monitor without outputs.
-    std::optional<xcb_randr_get_output_property_cookie_t> edid = std::nullopt;
-};
-
-std::vector<MonitorRequest> requestMonitors(Connection& connection,
-                                            const xcb_randr_get_monitors_reply_t* monitors) {
-    std::vector<MonitorRequest> requests;
-    if (monitors == nullptr) {
-        return requests;
-    }
-    for (auto next = xcb_randr_get_monitors_monitors_iterator(monitors); next.rem > 0;
-         xcb_randr_monitor_info_next(&next)) {
-        const auto& monitor = *next.data;
-        MonitorRequest request{.frame = {.x = double(monitor.x),
-                                         .y = double(monitor.y),
-                                         .width = double(monitor.width),
-                                         .height = double(monitor.height)},
-                               .isPrimary = monitor.primary != 0,
-                               .name = xcb_get_atom_name(connection.get(), monitor.name)};
-        if (xcb_randr_monitor_info_outputs_length(&monitor) > 0) {
-            const auto output = *xcb_randr_monitor_info_outputs(&monitor);
-            request.edid = xcb_randr_get_output_property(connection.get(), output, connection.atoms().edid,
-                                                         XCB_ATOM_INTEGER, 0, edidBlockBytes / 4, 0, 0);
-        }
-        requests.push_back(request);
-    }
-    if (const auto primary = std::ranges::find(requests, true, &MonitorRequest::isPrimary);
-        primary != requests.end()) {
-        std::rotate(requests.begin(), primary, primary + 1);
-    }
-    return requests;
-}
-
-std::string monitorName(Connection& connection, const MonitorRequest& request, Deadline deadline) {
-    const auto name = connection.await<xcb_get_atom_name_reply_t>(request.name, deadline);
-    if (request.edid) {
-        const auto reply = connection.await<xcb_randr_get_output_property_reply_t>(*request.edid, deadline);
-        if (reply && reply->format == 8) {
-            const std::span edid(
-                xcb_randr_get_output_property_data(reply.get()),
-                static_cast<std::size_t>(xcb_randr_get_output_property_data_length(reply.get())));
-            if (auto product = productName(edid)) {
-                return *std::move(product);
-            }
-        }
-    }
-    if (!name) {
-        return {};
-    }
-    std::string text(xcb_get_atom_name_name(name.get()),
-                     static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())));
-    // No configuration could name it otherwise.
-    while (const auto position = firstNonText(text)) {
-        text[*position] = '?';
-    }
-    return text;
 }
 
 struct WindowRequest {
@@ -186,14 +123,14 @@ std::optional<ScreenReading> readScreens(Connection& connection, bool hasRandr) 
     if (!outline) {
         return std::nullopt;
     }
-    const auto monitors = requestMonitors(connection, outline->monitors.get());
     const auto windows = requestWindows(connection, *outline);
     const auto deadline = deadlineFromNow();
     ScreenReading reading;
-    for (const MonitorRequest& monitor : monitors) {
-        auto name = monitorName(connection, monitor, deadline);
-        if (std::ranges::find(reading.screens, monitor.frame, &Screen::frame) == reading.screens.end()) {
-            reading.screens.push_back({.name = std::move(name), .frame = monitor.frame, .visibleFrame = {}});
+    if (outline->monitors) {
+        const auto requests = requestMonitors(connection, *outline->monitors);
+        for (Monitor& monitor : awaitMonitors(connection, requests, deadline)) {
+            reading.screens.push_back(
+                {.name = std::move(monitor.name), .frame = monitor.frame, .visibleFrame = {}});
         }
     }
     auto panels = awaitPanels(connection, windows, outline->desktop, deadline);
