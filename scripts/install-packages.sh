@@ -13,7 +13,7 @@ build_packages=(
 bundle_packages=(dpkg-dev file)
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev librapidcheck-dev libxcb-xtest0-dev
-    xvfb xserver-xorg-core xserver-xorg-video-dummy openbox xfwm4 metacity picom trayer
+    xvfb xserver-xorg-core xserver-xorg-video-dummy openbox xfwm4 metacity icewm blackbox picom trayer
     xterm x11-apps x11-utils x11-xkb-utils x11-xserver-utils xdotool imagemagick dbus-daemon dbus-x11
     python3-gi gir1.2-gtk-3.0 libgl1-mesa-dri weston qt6-wayland fonts-dejavu-core fonts-quicksand qt6-qpa-plugins
     clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev

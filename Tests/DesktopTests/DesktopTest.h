@@ -1,6 +1,6 @@
 #pragma once
 // The stage of every test here: a private desktop with a landscape and a portrait display, a panel at the
-// lower edge of the portrait one, a window manager, and the program with the sample configuration.
+// lower edge of the second one, a window manager, and the program with the sample configuration.
 
 #include "Support/Application.h"
 #include "Support/KartoProcess.h"
@@ -21,7 +21,8 @@ class DesktopTest : public ::testing::Test {
 protected:
     explicit DesktopTest(const std::string& manager = "openbox",
                          const std::vector<Output>& outputs = studioAndTower)
-        : desktop(outputs) {
+        : desktop(outputs)
+        , panel(startPanel(desktop, outputs.at(1).area, panelHeight)) {
         desktop.startWindowManager(manager);
         KartoProcess::writeConfiguration(desktop, sampleConfiguration);
     }
@@ -102,7 +103,7 @@ protected:
 
     PrivateDesktop desktop;
     KeyPresser keys{desktop.x()};
-    ChildProcess panel = startPanel(desktop, studioAndTower[1].area, panelHeight);
+    ChildProcess panel;
     std::unique_ptr<KartoProcess> karto;
     bool shouldSurvive = true;
 

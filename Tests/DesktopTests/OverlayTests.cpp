@@ -240,21 +240,4 @@ TEST_F(OverlayTest, followsACompositorThatComesAndGoes) {
     EXPECT_TRUE(shows({}));
 }
 
-class TwinsTest : public OverlayTest {
-protected:
-    TwinsTest()
-        : OverlayTest({{.name = "Studio", .area = {.x = 0, .y = 0, .width = 1280, .height = 800}},
-                       {.name = "Studio", .area = {.x = 1280, .y = 0, .width = 600, .height = 500}}}) {}
-};
-
-TEST_F(TwinsTest, displaysThatShareANameHaveAnOverlayEach) {
-    if (!desktop.hasOutputs()) {
-        GTEST_SKIP() << "the monitors of this server cannot share a name";
-    }
-    panel.signal(SIGKILL);
-    require("the panel to go", [&] { return !desktop.x().clientNamed("panel"); });
-    startKarto();
-    EXPECT_TRUE(showsWhileHeld({zone::studio, {.x = 1280, .y = 0, .width = 600, .height = 500}}, "twins"));
-}
-
 } // namespace karto::desktop

@@ -1,8 +1,6 @@
 #include "Karto/Adapters/KeyCodes.h"
 #include "Karto/Platform/HotKeyCenter.h"
 #include "Karto/Platform/Observers.h"
-#include "Karto/Platform/X11/Displays/Edid.h"
-#include "Karto/Platform/X11/Displays/Struts.h"
 #include "Karto/Platform/X11/Keyboard/Keyboard.h"
 #include "Karto/Platform/X11/Keyboard/PressFilter.h"
 
@@ -50,17 +48,6 @@ void expectToTellApart(const std::vector<KeyEvent>& events, const KeyRepetition&
                 << "at " << event.time;
         }
     }
-}
-
-constexpr Size desktop{.width = 3000, .height = 1200};
-// Side by side, the right one lower and shorter.
-constexpr Rect leftMonitor{.x = 0, .y = 0, .width = 1920, .height = 1200};
-constexpr Rect rightMonitor{.x = 1920, .y = 100, .width = 1080, .height = 1000};
-
-std::vector<Rect> visibleFrames(const std::vector<std::uint32_t>& partial,
-                                const std::vector<std::uint32_t>& plain = {}) {
-    const auto bands = struts(partial, plain, desktop);
-    return {visibleFrame(leftMonitor, desktop, bands), visibleFrame(rightMonitor, desktop, bands)};
 }
 
 } // namespace
@@ -118,55 +105,6 @@ TEST(PressFilter, aReleaseThatWentUnseenSwallowsNothing) {
     // Any other loss is over within a second or so.
     expectToTellApart({{down, keyA, 0}, {down, keyA, 1500}}, repetition());
     expectToTellApart({{down, keyA, 0}, {down, keyA, 400}}, KeyRepetition());
-}
-
-TEST(Struts, countWhereTheirInnerEdgeLies) {
-    // A panel at the bottom of the left monitor; the right one ends 100 pixels above.
-    EXPECT_THAT(visibleFrames({0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 1919}),
-                testing::ElementsAre(Rect{.x = 0, .y = 0, .width = 1920, .height = 1160}, rightMonitor));
-    // The same, reserved over the whole width by the older property.
-    EXPECT_THAT(visibleFrames({}, {0, 0, 0, 40}),
-                testing::ElementsAre(Rect{.x = 0, .y = 0, .width = 1920, .height = 1160}, rightMonitor));
-    // A panel at the top of the right monitor, measured from the top of the desktop.
-    EXPECT_THAT(visibleFrames({0, 0, 130, 0, 0, 0, 0, 0, 1920, 2999, 0, 0}),
-                testing::ElementsAre(leftMonitor, Rect{.x = 1920, .y = 130, .width = 1080, .height = 970}));
-    // One at the right monitor's left side reaches across the left monitor, which stays whole.
-    EXPECT_THAT(visibleFrames({1980, 0, 0, 0, 100, 1099, 0, 0, 0, 0, 0, 0}),
-                testing::ElementsAre(leftMonitor, Rect{.x = 1980, .y = 100, .width = 1020, .height = 1000}));
-    // Beside the monitor's range, exactly at its edge, beyond the desktop, too short to be a strut.
-    EXPECT_THAT(visibleFrames({0, 60, 0, 0, 0, 0, 0, 99, 0, 0, 0, 0}),
-                testing::ElementsAre(leftMonitor, rightMonitor));
-    EXPECT_THAT(visibleFrames({1920, 0, 0, 100, 0, 1199, 0, 0, 0, 0, 1920, 2999}),
-                testing::ElementsAre(leftMonitor, rightMonitor));
-    EXPECT_THAT(visibleFrames({0, 0, 0, 0xFFFFFFFF, 0, 0, 0, 0, 0, 0, 0, 0xFFFFFFFF}, {9, 9, 9}),
-                testing::ElementsAre(leftMonitor, rightMonitor));
-}
-
-TEST(Struts, addUpAndLeaveAMonitorWholeThatTheyWouldCover) {
-    const std::vector<Strut> bands{{.edge = Strut::Edge::left, .depth = 50, .from = 0, .to = 1200},
-                                   {.edge = Strut::Edge::left, .depth = 70, .from = 0, .to = 1200},
-                                   {.edge = Strut::Edge::top, .depth = 30, .from = 0, .to = 1920}};
-    EXPECT_EQ(visibleFrame(leftMonitor, desktop, bands),
-              (Rect{.x = 70, .y = 30, .width = 1850, .height = 1170}));
-    const std::vector<Strut> crossing{{.edge = Strut::Edge::top, .depth = 700, .from = 0, .to = 1920},
-                                      {.edge = Strut::Edge::bottom, .depth = 600, .from = 0, .to = 1920}};
-    EXPECT_EQ(visibleFrame(leftMonitor, desktop, crossing), leftMonitor);
-}
-
-TEST(Edid, namesTheProduct) {
-    const auto edidWith = [](std::uint8_t tag, std::string_view text) {
-        std::vector<std::uint8_t> edid(128);
-        edid[54 + 18 + 3] = tag;
-        std::ranges::copy(text, edid.begin() + 54 + 18 + 5);
-        return edid;
-    };
-    EXPECT_EQ(productName(edidWith(0xFC, "Studio\n     ")), "Studio");
-    EXPECT_EQ(productName(edidWith(0xFC, "Thirteen long")), "Thirteen long");
-    EXPECT_EQ(productName(edidWith(0xFC, "B\xE9ta\n")), "B?ta");
-    EXPECT_EQ(productName(edidWith(0xFC, "   \n")), std::nullopt);
-    EXPECT_EQ(productName(edidWith(0xFE, "Serial\n")), std::nullopt);
-    const auto whole = edidWith(0xFC, "Studio\n");
-    EXPECT_EQ(productName(std::span(whole).first(127)), std::nullopt);
 }
 
 TEST(Observers, mayComeAndGoWhileTheyAreCalled) {

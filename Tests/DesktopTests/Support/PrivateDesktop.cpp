@@ -1,11 +1,12 @@
 #include "Support/PrivateDesktop.h"
 
+#include "Support/SampleEdid.h"
+
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 #include <xcb/randr.h>
 
 #include <algorithm>
-#include <array>
 #include <csignal>
 #include <fstream>
 #include <numeric>
@@ -44,32 +45,6 @@ fs::path temporaryFolder() {
         throw std::runtime_error("cannot create " + path);
     }
     return path;
-}
-
-// The smallest display description that carries a product name.
-std::array<std::uint8_t, 128> edidNamed(const std::string& name) {
-    std::array<std::uint8_t, 128> edid{0x00, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0xFF, 0x00, 0x2C, 0x2F};
-    edid[18] = 1;
-    edid[19] = 3;
-    constexpr std::array<std::uint8_t, 11> gammaAndPrimaries{0x78, 0x0A, 0xEE, 0x91, 0xA3, 0x54,
-                                                             0x4C, 0x99, 0x26, 0x0F, 0x50};
-    std::ranges::copy(gammaAndPrimaries, edid.begin() + 23);
-    edid[34] = 0x54;
-    constexpr std::size_t firstDescriptor = 54;
-    constexpr std::size_t descriptorSize = 18;
-    constexpr std::array<std::uint8_t, 4> kinds{0xFC, 0x10, 0x10, 0x10};
-    for (std::size_t i = 0; i < kinds.size(); ++i) {
-        edid[firstDescriptor + i * descriptorSize + 3] = kinds.at(i);
-    }
-    constexpr std::size_t longestName = 13;
-    std::string text = name.substr(0, longestName);
-    if (text.size() < longestName) {
-        text += '\n';
-        text.resize(longestName, ' ');
-    }
-    std::ranges::copy(text, edid.begin() + firstDescriptor + 5);
-    edid.back() = std::uint8_t(-std::accumulate(edid.begin(), edid.end() - 1, 0));
-    return edid;
 }
 
 std::string connector(std::size_t index) { return fmt::format("DUMMY{}", index); }
@@ -143,7 +118,7 @@ bool PrivateDesktop::startServer(const std::vector<std::string>& arguments) {
 void PrivateDesktop::defineOutputs() {
     for (std::size_t i = 0; i < outputs_.size(); ++i) {
         const Rect& area = outputs_[i].area;
-        nameOutput(connector(i), outputs_[i].name);
+        describe(i);
         addMode(connector(i), area);
         layout_.insert(layout_.end(), {"--output", connector(i), "--mode", modeName(area), "--pos",
                                        fmt::format("{}x{}", area.x, area.y)});
@@ -163,7 +138,9 @@ void PrivateDesktop::defineMonitors() {
     }
 }
 
-void PrivateDesktop::nameOutput(const std::string& connectorName, const std::string& name) {
+void PrivateDesktop::describe(std::size_t index) {
+    const Output& described = outputs_[index];
+    const auto edid = karto::testing::sampleEdid(described.serial, {{.text = described.name}});
     xcb_connection_t* connection = x_->connection();
     const Reply<xcb_randr_get_screen_resources_reply_t> resources(xcb_randr_get_screen_resources_reply(
         connection, xcb_randr_get_screen_resources(connection, x_->root()), nullptr));
@@ -173,8 +150,7 @@ void PrivateDesktop::nameOutput(const std::string& connectorName, const std::str
             connection, xcb_randr_get_output_info(connection, outputs[i], XCB_CURRENT_TIME), nullptr));
         const std::string found(reinterpret_cast<const char*>(xcb_randr_get_output_info_name(info.get())),
                                 info->name_len);
-        if (found == connectorName) {
-            const auto edid = edidNamed(name);
+        if (found == connector(index)) {
             xcb_randr_change_output_property(connection, outputs[i], x_->atom("EDID"), XCB_ATOM_INTEGER, 8,
                                              XCB_PROP_MODE_REPLACE, edid.size(), edid.data());
         }
@@ -193,14 +169,17 @@ void PrivateDesktop::arrange(const std::vector<std::string>& layout) {
 }
 
 void PrivateDesktop::addMode(const std::string& connectorName, const Rect& area) {
-    if (!modes_.emplace(connectorName, modeName(area)).second) {
+    auto& connectors = modes_[modeName(area)];
+    if (!connectors.insert(connectorName).second) {
         return;
     }
-    // The timings beyond the visible part mean nothing to a card that drives no cable.
-    const auto text = [](double value) { return fmt::format("{}", value); };
-    run({"xrandr", "--newmode", modeName(area), "80", text(area.width), text(area.width + 8),
-         text(area.width + 16), text(area.width + 24), text(area.height), text(area.height + 1),
-         text(area.height + 2), text(area.height + 3)});
+    if (connectors.size() == 1) {
+        // The timings beyond the visible part mean nothing to a card that drives no cable.
+        const auto text = [](double value) { return fmt::format("{}", value); };
+        run({"xrandr", "--newmode", modeName(area), "80", text(area.width), text(area.width + 8),
+             text(area.width + 16), text(area.width + 24), text(area.height), text(area.height + 1),
+             text(area.height + 2), text(area.height + 3)});
+    }
     run({"xrandr", "--addmode", connectorName, modeName(area)});
 }
 
@@ -213,8 +192,11 @@ std::size_t PrivateDesktop::indexOf(const std::string& outputName) const {
 }
 
 void PrivateDesktop::setConnected(const std::string& outputName, bool connected) {
-    const std::size_t index = indexOf(outputName);
-    const Rect& area = outputs_[index].area;
+    setConnected(indexOf(outputName), connected);
+}
+
+void PrivateDesktop::setConnected(std::size_t index, bool connected) {
+    const Rect& area = outputs_.at(index).area;
     if (connected) {
         arrange({"xrandr", "--output", connector(index), "--mode", modeName(area), "--pos",
                  fmt::format("{}x{}", area.x, area.y)});
@@ -235,7 +217,14 @@ void PrivateDesktop::resize(const std::string& outputName, const Size& size) {
 void PrivateDesktop::rename(const std::string& outputName, const std::string& newName) {
     const std::size_t index = indexOf(outputName);
     outputs_[index].name = newName;
-    nameOutput(connector(index), newName);
+    describe(index);
+}
+
+void PrivateDesktop::swapCables() {
+    std::swap(outputs_.at(0).name, outputs_.at(1).name);
+    std::swap(outputs_.at(0).serial, outputs_.at(1).serial);
+    describe(0);
+    describe(1);
 }
 
 Environment PrivateDesktop::environment() const {

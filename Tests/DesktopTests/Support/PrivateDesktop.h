@@ -8,10 +8,10 @@
 
 #include <csignal>
 #include <filesystem>
+#include <map>
 #include <memory>
 #include <set>
 #include <string>
-#include <utility>
 #include <vector>
 
 namespace karto::desktop {
@@ -20,6 +20,8 @@ struct Output {
     // The product name that the display reports.
     std::string name;
     Rect area;
+    // Of the piece; zero when it has none.
+    std::uint32_t serial = 0;
 };
 
 // A landscape display and a portrait one to its right.
@@ -68,12 +70,15 @@ public:
     // A server whose outputs are fixed knows none of the following.
     [[nodiscard]] bool hasOutputs() const { return hasOutputs_; }
 
-    // Plugs an output in or out.
+    // Plugs an output in or out; by its place in the list where several have one name.
     void setConnected(const std::string& outputName, bool connected);
+    void setConnected(std::size_t index, bool connected);
     // Another resolution, or another orientation.
     void resize(const std::string& outputName, const Size& size);
     // Another display in the place of one; the output is known by its new name from here on.
     void rename(const std::string& outputName, const std::string& newName);
+    // Plugs the displays of the first two outputs into each other's; the areas stay with the outputs.
+    void swapCables();
 
     void screenshot(const std::filesystem::path& file);
 
@@ -85,7 +90,8 @@ private:
     void arrange(const std::vector<std::string>& layout);
     void addMode(const std::string& connector, const Rect& area);
     [[nodiscard]] std::size_t indexOf(const std::string& outputName) const;
-    void nameOutput(const std::string& connector, const std::string& name);
+    // Has the output report its display.
+    void describe(std::size_t index);
 
     std::vector<Output> outputs_;
     bool isTemporary_;
@@ -94,8 +100,8 @@ private:
     std::string display_;
     std::string busAddress_ = "disabled:";
     bool hasOutputs_ = false;
-    // By connector, what was added already.
-    std::set<std::pair<std::string, std::string>> modes_;
+    // The connectors that have each mode already.
+    std::map<std::string, std::set<std::string>> modes_;
     // The call that puts every output in its place.
     std::vector<std::string> layout_{"xrandr"};
     int programs_ = 0;

@@ -190,6 +190,14 @@ void XClient::settle() const {
         xcb_get_input_focus_reply(connection(), xcb_get_input_focus(connection()), nullptr));
 }
 
+std::optional<Rect> XClient::outermostAt(Point point) const {
+    const auto cookie =
+        xcb_translate_coordinates(connection(), root(), root(), std::int16_t(point.x), std::int16_t(point.y));
+    const Reply<xcb_translate_coordinates_reply_t> hit(
+        xcb_translate_coordinates_reply(connection(), cookie, nullptr));
+    return hit && hit->child != XCB_WINDOW_NONE ? clientArea(hit->child) : std::nullopt;
+}
+
 std::uint32_t XClient::colorAt(int x, int y) const {
     const auto cookie = xcb_get_image(connection(), XCB_IMAGE_FORMAT_Z_PIXMAP, root(), std::int16_t(x),
                                       std::int16_t(y), 1, 1, ~0U);

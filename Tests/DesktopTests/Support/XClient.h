@@ -66,6 +66,9 @@ public:
     // Does what a tray does that lets go of its icons and takes them anew.
     void inviteAnew(const std::string& name, const std::string& traySelection) const;
 
+    // The place of the child of the root window that a person sees there; absent where there is none.
+    [[nodiscard]] std::optional<Rect> outermostAt(Point point) const;
+
     // The colour 0xRRGGBB that a person sees there.
     [[nodiscard]] std::uint32_t colorAt(int x, int y) const;
 

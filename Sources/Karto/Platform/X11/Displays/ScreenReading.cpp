@@ -1,9 +1,9 @@
 #include "Karto/Platform/X11/Displays/ScreenReading.h"
 
-#include "Karto/Platform/X11/Displays/Edid.h"
-#include "Karto/Platform/X11/Displays/Struts.h"
+#include "Karto/Platform/X11/Displays/MonitorReading.h"
+#include "Karto/Platform/X11/Displays/PanelReading.h"
+#include "Karto/Platform/X11/Displays/WorkArea.h"
 #include "Karto/Platform/X11/Server/Extensions.h"
-#include "KartoCore/Utf8.h"
 
 #include <algorithm>
 #include <set>
@@ -21,10 +21,19 @@ struct Outline {
     Size desktop;
     // Null when the server knows no monitors.
     Reply<xcb_randr_get_monitors_reply_t> monitors;
-    std::vector<xcb_window_t> clients;
-    // Children of the root window that are no clients of the window manager.
-    std::vector<xcb_window_t> others;
+    DesktopWindows windows;
+    std::optional<CurrentDesktop> current;
 };
+
+DesktopWindows desktopWindows(const xcb_query_tree_reply_t& tree, std::span<const std::uint32_t> clients) {
+    const std::set<xcb_window_t> known(clients.begin(), clients.end());
+    const std::span children(xcb_query_tree_children(&tree),
+                             static_cast<std::size_t>(xcb_query_tree_children_length(&tree)));
+    DesktopWindows windows{.clients = {clients.begin(), clients.end()}, .others = {}};
+    std::ranges::copy_if(children, std::back_inserter(windows.others),
+                         [&](xcb_window_t child) { return !known.contains(child); });
+    return windows;
+}
 
 std::optional<Outline> readOutline(Connection& connection, bool hasRandr) {
     xcb_connection_t* const xcb = connection.get();
@@ -33,6 +42,7 @@ std::optional<Outline> readOutline(Connection& connection, bool hasRandr) {
     const auto clientsRequest =
         requestProperty(connection, root, connection.atoms().netClientList, XCB_ATOM_WINDOW, mostWindows);
     const auto treeRequest = xcb_query_tree(xcb, root);
+    const auto currentRequest = requestCurrentDesktop(connection);
     const auto deadline = deadlineFromNow();
     Outline outline;
     if (hasRandr) {
@@ -42,138 +52,34 @@ std::optional<Outline> readOutline(Connection& connection, bool hasRandr) {
     const auto geometry = connection.await<xcb_get_geometry_reply_t>(geometryRequest, deadline);
     const auto clients = connection.await<xcb_get_property_reply_t>(clientsRequest, deadline);
     const auto tree = connection.await<xcb_query_tree_reply_t>(treeRequest, deadline);
-    if (!geometry || !clients || !tree || passed(deadline)) {
+    if (!geometry || !clients || !tree) {
         return std::nullopt;
     }
     outline.desktop = {.width = double(geometry->width), .height = double(geometry->height)};
-    const auto clientList = words(clients.get());
-    outline.clients.assign(clientList.begin(), clientList.end());
-    const std::set<xcb_window_t> known(clientList.begin(), clientList.end());
-    const std::span children(xcb_query_tree_children(tree.get()),
-                             static_cast<std::size_t>(xcb_query_tree_children_length(tree.get())));
-    std::ranges::copy_if(children, std::back_inserter(outline.others),
-                         [&](xcb_window_t child) { return !known.contains(child); });
+    outline.windows = desktopWindows(*tree, words(clients.get()));
+    outline.current = awaitCurrentDesktop(connection, currentRequest, outline.desktop, deadline);
+    if (passed(deadline)) {
+        return std::nullopt;
+    }
     return outline;
 }
 
-struct MonitorRequest {
-    Rect frame;
-    bool isPrimary = false;
-    xcb_get_atom_name_cookie_t name{};
-    // Absent for a monitor without outputs.
-    std::optional<xcb_randr_get_output_property_cookie_t> edid = std::nullopt;
-};
-
-std::vector<MonitorRequest> requestMonitors(Connection& connection,
-                                            const xcb_randr_get_monitors_reply_t* monitors) {
-    std::vector<MonitorRequest> requests;
-    if (monitors == nullptr) {
-        return requests;
+// The manager's own panels. Only windows that could be one are looked at more closely.
+std::map<xcb_window_t, Strut> awaitOwnPanels(Connection& connection, const Outline& outline,
+                                             const std::map<xcb_window_t, Rect>& windows,
+                                             std::span<const Rect> frames, Deadline deadline) {
+    std::map<xcb_window_t, Strut> panels;
+    if (!outline.current || !outline.current->workArea) {
+        return panels;
     }
-    for (auto next = xcb_randr_get_monitors_monitors_iterator(monitors); next.rem > 0;
-         xcb_randr_monitor_info_next(&next)) {
-        const auto& monitor = *next.data;
-        MonitorRequest request{.frame = {.x = double(monitor.x),
-                                         .y = double(monitor.y),
-                                         .width = double(monitor.width),
-                                         .height = double(monitor.height)},
-                               .isPrimary = monitor.primary != 0,
-                               .name = xcb_get_atom_name(connection.get(), monitor.name)};
-        if (xcb_randr_monitor_info_outputs_length(&monitor) > 0) {
-            const auto output = *xcb_randr_monitor_info_outputs(&monitor);
-            request.edid = xcb_randr_get_output_property(connection.get(), output, connection.atoms().edid,
-                                                         XCB_ATOM_INTEGER, 0, edidBlockBytes / 4, 0, 0);
-        }
-        requests.push_back(request);
-    }
-    if (const auto primary = std::ranges::find(requests, true, &MonitorRequest::isPrimary);
-        primary != requests.end()) {
-        std::rotate(requests.begin(), primary, primary + 1);
-    }
-    return requests;
-}
-
-std::string monitorName(Connection& connection, const MonitorRequest& request, Deadline deadline) {
-    const auto name = connection.await<xcb_get_atom_name_reply_t>(request.name, deadline);
-    if (request.edid) {
-        const auto reply = connection.await<xcb_randr_get_output_property_reply_t>(*request.edid, deadline);
-        if (reply && reply->format == 8) {
-            const std::span edid(
-                xcb_randr_get_output_property_data(reply.get()),
-                static_cast<std::size_t>(xcb_randr_get_output_property_data_length(reply.get())));
-            if (auto product = productName(edid)) {
-                return *std::move(product);
-            }
+    for (const auto& [window, place] : windows) {
+        if (const auto band = panelBand(place, frames, outline.desktop, *outline.current->workArea)) {
+            panels.emplace(window, *band);
         }
     }
-    if (!name) {
-        return {};
-    }
-    std::string text(xcb_get_atom_name_name(name.get()),
-                     static_cast<std::size_t>(xcb_get_atom_name_name_length(name.get())));
-    // No configuration could name it otherwise.
-    while (const auto position = firstNonText(text)) {
-        text[*position] = '?';
-    }
-    return text;
-}
-
-struct WindowRequest {
-    xcb_window_t window = XCB_WINDOW_NONE;
-    xcb_get_property_cookie_t strutPartial{};
-    xcb_get_property_cookie_t strut{};
-    xcb_get_property_cookie_t type{};
-    // A client counts also while it is minimized; any other window only while it is shown.
-    std::optional<xcb_get_window_attributes_cookie_t> attributes = std::nullopt;
-};
-
-WindowRequest requestWindow(Connection& connection, xcb_window_t window) {
-    const Atoms& atoms = connection.atoms();
-    return {.window = window,
-            .strutPartial = requestProperty(connection, window, atoms.netWmStrutPartial, XCB_ATOM_CARDINAL),
-            .strut = requestProperty(connection, window, atoms.netWmStrut, XCB_ATOM_CARDINAL),
-            .type = requestProperty(connection, window, atoms.netWmWindowType, XCB_ATOM_ATOM)};
-}
-
-std::vector<WindowRequest> requestWindows(Connection& connection, const Outline& outline) {
-    std::vector<WindowRequest> requests;
-    requests.reserve(outline.clients.size() + outline.others.size());
-    for (const auto window : outline.clients) {
-        requests.push_back(requestWindow(connection, window));
-    }
-    for (const auto window : outline.others) {
-        requests.push_back(requestWindow(connection, window));
-        requests.back().attributes = xcb_get_window_attributes(connection.get(), window);
-    }
-    return requests;
-}
-
-struct Panels {
-    std::vector<xcb_window_t> windows;
-    std::vector<Strut> struts;
-};
-
-Panels awaitPanels(Connection& connection, std::span<const WindowRequest> requests, Size desktop,
-                   Deadline deadline) {
-    Panels panels;
-    for (const WindowRequest& request : requests) {
-        const auto partial = connection.await<xcb_get_property_reply_t>(request.strutPartial, deadline);
-        const auto plain = connection.await<xcb_get_property_reply_t>(request.strut, deadline);
-        const auto type = connection.await<xcb_get_property_reply_t>(request.type, deadline);
-        bool isShown = true;
-        if (request.attributes) {
-            const auto attributes =
-                connection.await<xcb_get_window_attributes_reply_t>(*request.attributes, deadline);
-            isShown = attributes && attributes->map_state != XCB_MAP_STATE_UNMAPPED;
-        }
-        const auto kept = struts(words(partial.get()), words(plain.get()), desktop);
-        const auto types = words(type.get());
-        const bool isDock = std::ranges::find(types, connection.atoms().netWmWindowTypeDock) != types.end();
-        if (isDock || !kept.empty()) {
-            panels.windows.push_back(request.window);
-        }
-        if (isShown) {
-            panels.struts.insert(panels.struts.end(), kept.begin(), kept.end());
+    if (!panels.empty()) {
+        for (const auto frame : outermost(connection, outline.windows.clients, deadline)) {
+            panels.erase(frame);
         }
     }
     return panels;
@@ -181,35 +87,47 @@ Panels awaitPanels(Connection& connection, std::span<const WindowRequest> reques
 
 } // namespace
 
-std::optional<ScreenReading> readScreens(Connection& connection, bool hasRandr) {
+std::optional<ScreenReading> readScreens(Connection& connection, bool hasRandr, AreaAtoms& areaAtoms) {
     const auto outline = readOutline(connection, hasRandr);
     if (!outline) {
         return std::nullopt;
     }
-    const auto monitors = requestMonitors(connection, outline->monitors.get());
-    const auto windows = requestWindows(connection, *outline);
-    const auto deadline = deadlineFromNow();
-    ScreenReading reading;
-    for (const MonitorRequest& monitor : monitors) {
-        auto name = monitorName(connection, monitor, deadline);
-        if (std::ranges::find(reading.screens, monitor.frame, &Screen::frame) == reading.screens.end()) {
-            reading.screens.push_back({.name = std::move(name), .frame = monitor.frame, .visibleFrame = {}});
-        }
+    const Size desktop = outline->desktop;
+    std::optional<xcb_get_property_cookie_t> areasRequest;
+    if (outline->current) {
+        areasRequest = requestAreasByMonitor(connection, outline->current->number, areaAtoms);
     }
-    auto panels = awaitPanels(connection, windows, outline->desktop, deadline);
+    const auto windowRequests = requestWindows(connection, outline->windows);
+    const auto deadline = deadlineFromNow();
+    std::vector<Monitor> monitors{
+        {.name = displayName(), .frame = {.width = desktop.width, .height = desktop.height}}};
+    if (outline->monitors) {
+        monitors = awaitMonitors(connection, requestMonitors(connection, *outline->monitors), deadline);
+    }
+    DeclaredAreas declared;
+    if (outline->current) {
+        declared.whole = outline->current->workArea;
+    }
+    if (areasRequest) {
+        declared.byMonitor = awaitAreasByMonitor(connection, *areasRequest, desktop, deadline);
+    }
+    auto panels = awaitPanels(connection, windowRequests, desktop, deadline);
+    std::vector<Rect> frames;
+    std::ranges::transform(monitors, std::back_inserter(frames), &Monitor::frame);
+    std::vector<Strut> ownBands;
+    for (const auto& [window, band] : awaitOwnPanels(connection, *outline, panels.others, frames, deadline)) {
+        panels.windows.push_back(window);
+        ownBands.push_back(band);
+    }
     if (passed(deadline)) {
         return std::nullopt;
     }
-    if (!outline->monitors) {
+    const auto visible = visibleFrames(frames, desktop, panels.struts, ownBands, declared);
+    ScreenReading reading{.screens = {}, .panels = std::move(panels.windows)};
+    for (std::size_t i = 0; i < monitors.size(); ++i) {
         reading.screens.push_back(
-            {.name = displayName(),
-             .frame = {.width = outline->desktop.width, .height = outline->desktop.height},
-             .visibleFrame = {}});
+            {.name = std::move(monitors[i].name), .frame = frames[i], .visibleFrame = visible[i]});
     }
-    for (Screen& screen : reading.screens) {
-        screen.visibleFrame = visibleFrame(screen.frame, outline->desktop, panels.struts);
-    }
-    reading.panels = std::move(panels.windows);
     return reading;
 }
 

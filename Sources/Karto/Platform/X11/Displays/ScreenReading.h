@@ -1,7 +1,8 @@
 #pragma once
-// One look at the server's monitors and at the panels in front of them.
+// One look at the server's monitors and at what panels and the window manager leave of them.
 
 #include "Karto/Platform/Screens.h"
+#include "Karto/Platform/X11/Displays/WorkAreaReading.h"
 #include "Karto/Platform/X11/Server/Connection.h"
 
 #include <optional>
@@ -18,6 +19,6 @@ struct ScreenReading {
 
 // Absent when the server does not answer in time. The whole desktop is one screen for a server that knows no
 // monitors, as one without RandR, or with RandR before 1.5.
-std::optional<ScreenReading> readScreens(Connection& connection, bool hasRandr);
+std::optional<ScreenReading> readScreens(Connection& connection, bool hasRandr, AreaAtoms& areaAtoms);
 
 } // namespace karto::x11

@@ -58,8 +58,11 @@ bool Screens::concernsScreens(const xcb_generic_event_t& event) const {
     if (code == XCB_PROPERTY_NOTIFY) {
         const auto& news = eventAs<xcb_property_notify_event_t>(event);
         const Atoms& atoms = connection_.atoms();
-        return news.window == connection_.root() &&
-               (news.atom == atoms.netClientList || news.atom == atoms.netWorkarea);
+        const bool isWatched =
+            news.atom == atoms.netClientList || news.atom == atoms.netWorkarea ||
+            news.atom == atoms.netCurrentDesktop || news.atom == atoms.netDesktopGeometry ||
+            std::ranges::any_of(areaAtoms_, [&](const auto& entry) { return entry.second == news.atom; });
+        return news.window == connection_.root() && isWatched;
     }
     if (!firstRandrEvent_) {
         return false;
@@ -95,7 +98,7 @@ void Screens::readSoon(std::chrono::milliseconds delay) {
 
 void Screens::readAgain() {
     reading_.reset();
-    auto reading = readScreens(connection_, firstRandrEvent_.has_value());
+    auto reading = readScreens(connection_, firstRandrEvent_.has_value(), areaAtoms_);
     if (!reading) {
         if (!connection_.broken()) {
             readSoon(retryTime);

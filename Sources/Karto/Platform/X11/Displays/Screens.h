@@ -1,5 +1,5 @@
 #pragma once
-// The monitors of the X server and what panels leave of them.
+// The monitors of the X server and what panels and the window manager leave of them.
 
 #include "Karto/Platform/Observers.h"
 #include "Karto/Platform/Scheduler.h"
@@ -38,6 +38,7 @@ private:
     // Absent without RandR.
     std::optional<int> firstRandrEvent_;
     std::vector<Screen> screens_;
+    AreaAtoms areaAtoms_;
     std::map<xcb_window_t, Registration> panels_;
     Observers<> observers_;
     Registration root_;

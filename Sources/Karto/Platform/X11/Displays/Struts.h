@@ -2,6 +2,7 @@
 // The bands along the edges of the desktop that panels keep for themselves, and what they leave of a monitor.
 // Everything in root coordinates.
 
+#include "Karto/Platform/X11/Displays/Edges.h"
 #include "KartoCore/Geometry.h"
 
 #include <cstdint>
@@ -11,14 +12,11 @@
 namespace karto::x11 {
 
 struct Strut {
-    enum class Edge : std::uint8_t { left, right, top, bottom };
-
     Edge edge = Edge::left;
     // How far the band reaches in from that edge of the whole desktop.
     double depth = 0;
-    // The part of the edge that it takes up: [from, to).
-    double from = 0;
-    double to = 0;
+    // The part of the edge that it takes up.
+    Span span;
 
     bool operator==(const Strut&) const = default;
 };

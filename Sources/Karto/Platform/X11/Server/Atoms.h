@@ -21,6 +21,7 @@ struct Atoms {
     xcb_atom_t netClientList = XCB_ATOM_NONE;
     xcb_atom_t netClientListStacking = XCB_ATOM_NONE;
     xcb_atom_t netCurrentDesktop = XCB_ATOM_NONE;
+    xcb_atom_t netDesktopGeometry = XCB_ATOM_NONE;
     xcb_atom_t netFrameExtents = XCB_ATOM_NONE;
     xcb_atom_t netMoveresizeWindow = XCB_ATOM_NONE;
     xcb_atom_t netRestackWindow = XCB_ATOM_NONE;
@@ -71,6 +72,7 @@ inline constexpr std::array atomNames{
     AtomName{&Atoms::netClientList, "_NET_CLIENT_LIST"},
     AtomName{&Atoms::netClientListStacking, "_NET_CLIENT_LIST_STACKING"},
     AtomName{&Atoms::netCurrentDesktop, "_NET_CURRENT_DESKTOP"},
+    AtomName{&Atoms::netDesktopGeometry, "_NET_DESKTOP_GEOMETRY"},
     AtomName{&Atoms::netFrameExtents, "_NET_FRAME_EXTENTS"},
     AtomName{&Atoms::netMoveresizeWindow, "_NET_MOVERESIZE_WINDOW"},
     AtomName{&Atoms::netRestackWindow, "_NET_RESTACK_WINDOW"},
