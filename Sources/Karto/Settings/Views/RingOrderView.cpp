@@ -177,7 +177,8 @@ RingOrderView::RingOrderView(SettingsModel& model)
 
 void RingOrderView::refresh() {
     auto rows = ringOrderRows(model_.editor().config(), model_.status().displays);
-    if (rows == shown_ && rows.size() == rows_.size()) {
+    setVisible(!rows.empty());
+    if (rows == shown_) {
         return;
     }
     shown_ = std::move(rows);
@@ -193,7 +194,6 @@ void RingOrderView::refresh() {
     for (std::size_t index = 0; index < shown_.size(); ++index) {
         rows_[index]->set(shown_[index]);
     }
-    setVisible(!shown_.empty());
     dropLine_->raise();
 }
 

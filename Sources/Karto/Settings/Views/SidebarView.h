@@ -12,11 +12,12 @@ public:
     explicit SidebarView(SettingsModel& model);
 
 protected:
-    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
 
 private:
-    void adopt();
-
     SettingsModel& model_;
     Registration changes_;
 };
