@@ -288,6 +288,12 @@ void Slider::mouseReleaseEvent(QMouseEvent* event) {
     }
 }
 
+// What goes away is let go.
+void Slider::hideEvent(QHideEvent* event) {
+    QSlider::hideEvent(event);
+    setSliderDown(false);
+}
+
 int Slider::valueAt(qreal x) const {
     const qreal left = knobRadius + ringRoom;
     const qreal span = width() - 2 * left;

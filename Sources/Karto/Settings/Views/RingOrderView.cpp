@@ -16,7 +16,7 @@ namespace karto {
 
 namespace {
 
-constexpr int numberWidth = 28;
+constexpr int numberWidth = 20;
 constexpr int columnGap = 12;
 
 } // namespace
