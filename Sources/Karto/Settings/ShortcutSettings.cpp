@@ -36,6 +36,7 @@ ShortcutSettings::HyperKey ShortcutSettings::hyperKey() const {
                     : "This combination summons the overlay and is held for every command below.",
             .isUnavailable = isUnavailable(),
             .value = isRecordingModifiers_ ? listening : combination.glyphs(),
+            .isRecording = isRecordingModifiers_,
             .button = isRecordingModifiers_ ? cancel : "Record New Combination",
             .refusal = modifierRefusal_};
 }
@@ -50,6 +51,7 @@ std::vector<ShortcutSettings::CommandRow> ShortcutSettings::commandRows() const 
             {.command = command,
              .name = command.displayName(),
              .value = isRecording ? listening : "hyper + " + keys.at(command).glyph(),
+             .isRecording = isRecording,
              .button = isRecording ? cancel : "Record",
              .canRecord = !isUnavailable(),
              .canReset = !isUnavailable() && model_.editor().config().hasCommandKeyOverride(command),

@@ -23,6 +23,7 @@ public:
         bool isUnavailable = false;
         // The combination as glyphs, or that it is being recorded.
         std::string value;
+        bool isRecording = false;
         std::string button;
         std::optional<std::string> refusal;
     };
@@ -32,6 +33,7 @@ public:
         std::string name;
         // The shortcut as glyphs, or that it is being recorded.
         std::string value;
+        bool isRecording = false;
         std::string button;
         bool canRecord = false;
         bool canReset = false;

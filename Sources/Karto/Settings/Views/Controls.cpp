@@ -7,6 +7,7 @@
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
+#include <QStyleOptionSlider>
 #include <QWheelEvent>
 
 #include <utility>
@@ -15,8 +16,7 @@ namespace karto {
 
 namespace {
 
-// Room for the ring of the focus around a control.
-constexpr int ringRoom = 4;
+using look::ringRoom;
 constexpr int switchWidth = 40;
 constexpr int switchHeight = 22;
 constexpr int buttonHeight = 30;
@@ -24,6 +24,7 @@ constexpr int buttonPadding = 14;
 constexpr int symbolGap = 8;
 constexpr qreal grooveHeight = 4;
 constexpr qreal knobRadius = 8;
+constexpr int scrollBarWidth = 12;
 
 QFont fontOf(TextRole role) {
     switch (role) {
@@ -193,7 +194,7 @@ void Button::paintEvent(QPaintEvent* /*event*/) {
     painter.setPen(color);
     painter.drawText(content, Qt::AlignCenter | Qt::TextShowMnemonic, text());
     if (hasFocus()) {
-        look::paintFocusRing(painter, area.adjusted(2, 2, -2, -2), look::controlRadius - 2, colors.accent);
+        look::paintFocusRing(painter, area, look::controlRadius, colors.accent);
     }
 }
 
@@ -290,10 +291,39 @@ void Slider::mouseReleaseEvent(QMouseEvent* event) {
 
 void Slider::wheelEvent(QWheelEvent* event) { event->ignore(); }
 
+// What goes away is let go.
+void Slider::hideEvent(QHideEvent* event) {
+    QSlider::hideEvent(event);
+    setSliderDown(false);
+}
+
 int Slider::valueAt(qreal x) const {
     const qreal left = knobRadius + ringRoom;
     const qreal span = width() - 2 * left;
     return QStyle::sliderValueFromPosition(minimum(), maximum(), qRound(x - left), qRound(span));
+}
+
+ScrollBar::ScrollBar(QWidget* parent)
+    : QScrollBar(Qt::Vertical, parent) {
+    setAttribute(Qt::WA_Hover);
+}
+
+QSize ScrollBar::sizeHint() const { return {scrollBarWidth, 3 * scrollBarWidth}; }
+
+void ScrollBar::paintEvent(QPaintEvent* /*event*/) {
+    QStyleOptionSlider option;
+    initStyleOption(&option);
+    const QRectF held =
+        style()->subControlRect(QStyle::CC_ScrollBar, &option, QStyle::SC_ScrollBarSlider, this);
+    const auto colors = look::colors(palette());
+    const bool isMeant = underMouse() || isSliderDown();
+    const qreal inset = isMeant ? 2 : 3;
+    const QRectF bar = held.adjusted(inset, 2, -inset, -2);
+    QPainter painter(this);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(Qt::NoPen);
+    painter.setBrush(look::mixed(colors.ground, colors.text, isMeant ? 0.5 : 0.3));
+    painter.drawRoundedRect(bar, bar.width() / 2, bar.width() / 2);
 }
 
 } // namespace karto

@@ -6,6 +6,7 @@
 #include <QCheckBox>
 #include <QLabel>
 #include <QPushButton>
+#include <QScrollBar>
 #include <QSlider>
 
 #include <cstdint>
@@ -108,12 +109,24 @@ protected:
     void mousePressEvent(QMouseEvent* event) override;
     void mouseMoveEvent(QMouseEvent* event) override;
     void mouseReleaseEvent(QMouseEvent* event) override;
+    void hideEvent(QHideEvent* event) override;
 
     // The wheel scrolls the form.
     void wheelEvent(QWheelEvent* event) override;
 
 private:
     [[nodiscard]] int valueAt(qreal x) const;
+};
+
+// Thin, and all of it the part that is held: it stands in a margin.
+class ScrollBar final : public QScrollBar {
+public:
+    explicit ScrollBar(QWidget* parent = nullptr);
+
+    [[nodiscard]] QSize sizeHint() const override;
+
+protected:
+    void paintEvent(QPaintEvent* event) override;
 };
 
 } // namespace karto

@@ -6,41 +6,48 @@
 #include <QPainter>
 #include <QVBoxLayout>
 
+#include <iterator>
+
 namespace karto {
 
 namespace {
 
-constexpr int rowMargin = 6;
-constexpr int controlGap = 8;
+constexpr int textGap = 12;
+constexpr int noteMargin = 8;
 constexpr int labelGap = 16;
+
+// Controls bring room for the ring of their focus, texts do not.
+bool isText(const QWidget* widget) { return qobject_cast<const QLabel*>(widget) != nullptr; }
 
 } // namespace
 
 FormRow::FormRow(QWidget* label, std::initializer_list<QWidget*> controls)
     : lines_(new QVBoxLayout(this)) {
-    lines_->setContentsMargins(look::rowPadding, 0, look::rowPadding, 0);
+    const bool endsWithText = controls.size() == 0 || isText(*std::prev(controls.end()));
+    lines_->setContentsMargins(look::rowPadding, 0, look::rowPadding - (endsWithText ? 0 : look::ringRoom),
+                               0);
     lines_->setSpacing(0);
     auto* line = new QHBoxLayout;
-    line->setContentsMargins(0, rowMargin, 0, rowMargin);
-    line->setSpacing(controlGap);
+    line->setContentsMargins(0, 0, 0, 0);
+    line->setSpacing(0);
     line->addWidget(label, 1, Qt::AlignVCenter);
-    if (controls.size() > 0) {
-        line->addSpacing(labelGap - controlGap);
-    }
+    int gap = labelGap;
     for (QWidget* control : controls) {
+        line->addSpacing(gap);
         line->addWidget(control, 0, Qt::AlignVCenter);
+        gap = isText(control) ? textGap : 0;
     }
     // A row keeps its height whatever its controls are.
-    line->addStrut(look::rowHeight - 2 * rowMargin);
+    line->addStrut(look::rowHeight);
     lines_->addLayout(line);
 }
 
 Note* FormRow::addNote(std::optional<Symbol> symbol) {
     auto* note = new Note(symbol, TextRole::caption);
-    note->setContentsMargins(0, 0, 0, 0);
+    // Its distances belong to the note: hidden with it.
+    note->setContentsMargins(0, 0, 0, noteMargin);
     note->hide();
     lines_->addWidget(note);
-    lines_->addSpacing(rowMargin);
     return note;
 }
 

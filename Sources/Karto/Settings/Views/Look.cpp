@@ -25,7 +25,7 @@ qreal luminance(const QColor& color) {
 }
 
 qreal contrast(const QColor& a, const QColor& b) {
-    const auto [darker, lighter] = std::minmax(luminance(a), luminance(b));
+    const auto [darker, lighter] = std::minmax({luminance(a), luminance(b)});
     return (lighter + 0.05) / (darker + 0.05);
 }
 
@@ -47,8 +47,9 @@ QFont sized(qreal pixels) {
 } // namespace
 
 Colors colors(const QPalette& palette) {
-    const auto ground = palette.color(QPalette::Window);
-    const auto text = palette.color(QPalette::WindowText);
+    // What is disabled has its colour here; a style's own would be faded twice.
+    const auto ground = palette.color(QPalette::Active, QPalette::Window);
+    const auto text = palette.color(QPalette::Active, QPalette::WindowText);
     const bool isDark = luminance(ground) < luminance(text);
     const auto card = isDark ? mixed(ground, Qt::white, 0.055) : mixed(ground, Qt::white, 0.7);
     const auto red = isDark ? QColor(0xFF, 0x7B, 0x72) : QColor(0xC0, 0x1C, 0x28);
@@ -59,9 +60,9 @@ Colors colors(const QPalette& palette) {
             .hairline = mixed(card, text, 0.1),
             .text = text,
             .secondary = readable(mixed(text, card, 0.38), text, ground),
-            .disabled = mixed(text, card, 0.6),
-            .accent = palette.color(QPalette::Highlight),
-            .onAccent = palette.color(QPalette::HighlightedText),
+            .disabled = mixed(text, card, 0.52),
+            .accent = palette.color(QPalette::Active, QPalette::Highlight),
+            .onAccent = palette.color(QPalette::Active, QPalette::HighlightedText),
             .error = readable(red, text, ground)};
 }
 

@@ -20,6 +20,8 @@ inline constexpr qreal cardRadius = 10;
 inline constexpr qreal controlRadius = 6;
 inline constexpr int paneWidth = 640;
 inline constexpr int groupGap = 24;
+// Around a control, for the ring of the focus.
+inline constexpr int ringRoom = 4;
 
 struct Colors {
     QColor ground;

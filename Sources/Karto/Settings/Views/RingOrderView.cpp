@@ -16,7 +16,7 @@ namespace karto {
 
 namespace {
 
-constexpr int numberWidth = 28;
+constexpr int numberWidth = 20;
 constexpr int columnGap = 12;
 
 } // namespace
@@ -195,7 +195,8 @@ RingOrderView::RingOrderView(SettingsModel& model)
 
 void RingOrderView::refresh() {
     auto rows = ringOrderRows(model_.editor().config(), model_.status().displays);
-    if (rows == shown_ && rows.size() == rows_.size()) {
+    setVisible(!rows.empty());
+    if (rows == shown_) {
         return;
     }
     shown_ = std::move(rows);
@@ -211,7 +212,6 @@ void RingOrderView::refresh() {
     for (std::size_t index = 0; index < shown_.size(); ++index) {
         rows_[index]->set(shown_[index]);
     }
-    setVisible(!shown_.empty());
     dropLine_->raise();
 }
 

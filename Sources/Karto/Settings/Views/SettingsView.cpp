@@ -33,7 +33,7 @@ constexpr int sidebarWidth = 200;
 constexpr int largestSidebar = 240;
 constexpr int paneSide = 24;
 constexpr int paneTop = 32;
-constexpr int paneBottom = 20;
+constexpr int paneBottom = 20 - look::ringRoom;
 constexpr int titleGap = 16;
 constexpr int bottomGap = 12;
 constexpr int revealDuration = 120;
@@ -42,7 +42,7 @@ constexpr int revealDuration = 120;
 QWidget* column(QWidget* content) {
     auto* room = new QWidget;
     auto* line = new QHBoxLayout(room);
-    line->setContentsMargins(paneSide, 0, paneSide, bottomGap);
+    line->setContentsMargins(paneSide, 0, paneSide, look::groupGap);
     content->setMaximumWidth(look::paneWidth);
     line->addWidget(content, 1);
     line->addStretch(0);
@@ -62,6 +62,29 @@ void addStops(const QWidget& within, std::vector<QWidget*>& stops) {
         addStops(*widget, stops);
     }
 }
+
+// Scrolls its column within the pane's margin, so that the column is as wide with a bar as without one.
+class Scroller final : public QScrollArea {
+public:
+    Scroller() {
+        setFrameShape(QFrame::NoFrame);
+        setWidgetResizable(true);
+        setFocusPolicy(Qt::NoFocus);
+        setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+        setVerticalScrollBar(new ScrollBar);
+    }
+
+protected:
+    void resizeEvent(QResizeEvent* event) override {
+        QScrollArea::resizeEvent(event);
+        if (widget() != nullptr) {
+            auto* layout = widget()->layout();
+            auto margins = layout->contentsMargins();
+            margins.setRight(paneSide - (width() - viewport()->width()));
+            layout->setContentsMargins(margins);
+        }
+    }
+};
 
 class Hairline final : public QWidget {
 public:
@@ -85,10 +108,10 @@ SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services
     auto* splitter = new QSplitter(Qt::Horizontal);
     splitter->setHandleWidth(1);
     splitter->setChildrenCollapsible(false);
-    auto* sidebar = new SidebarView(model);
-    sidebar->setMinimumWidth(smallestSidebar);
-    sidebar->setMaximumWidth(largestSidebar);
-    splitter->addWidget(sidebar);
+    sidebar_ = new SidebarView(model);
+    sidebar_->setMinimumWidth(smallestSidebar);
+    sidebar_->setMaximumWidth(largestSidebar);
+    splitter->addWidget(sidebar_);
     splitter->addWidget(makePane());
     splitter->setStretchFactor(1, 1);
     splitter->setSizes({sidebarWidth, smallestSize.width()});
@@ -96,7 +119,7 @@ SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services
     frame->setContentsMargins(0, 0, 0, 0);
     frame->addWidget(splitter);
     refresh();
-    sidebar->setFocus();
+    sidebar_->setFocus();
 }
 
 QWidget* SettingsView::makePane() {
@@ -113,11 +136,7 @@ QWidget* SettingsView::makePane() {
     headLines->addWidget(title_);
     headLines->addWidget(saveError_);
     lines->addWidget(head);
-    scroll_ = new QScrollArea;
-    scroll_->setFrameShape(QFrame::NoFrame);
-    scroll_->setWidgetResizable(true);
-    scroll_->setFocusPolicy(Qt::NoFocus);
-    scroll_->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    scroll_ = new Scroller;
     lines->addWidget(scroll_, 1);
     lines->addWidget(makeBottomRow());
     return pane;
@@ -127,11 +146,11 @@ QWidget* SettingsView::makeBottomRow() {
     auto* bottom = new QWidget;
     auto* lines = new QVBoxLayout(bottom);
     lines->setContentsMargins(0, 0, 0, 0);
-    lines->setSpacing(bottomGap);
+    lines->setSpacing(bottomGap - look::ringRoom);
     lines->addWidget(new Hairline);
     auto* row = new QHBoxLayout;
     // Buttons keep room for the ring of the focus around them.
-    row->setContentsMargins(paneSide - 4, 0, paneSide - 4, 0);
+    row->setContentsMargins(paneSide - look::ringRoom, 0, paneSide - look::ringRoom, 0);
     row->setSpacing(0);
     undo_ = new Button("Undo");
     redo_ = new Button("Redo");
@@ -234,7 +253,10 @@ bool SettingsView::focusNextPrevChild(bool next) {
 }
 
 void SettingsView::paintEvent(QPaintEvent* /*event*/) {
-    QPainter(this).fillRect(rect(), look::colors(palette()).ground);
+    const auto colors = look::colors(palette());
+    QPainter painter(this);
+    painter.fillRect(rect(), colors.ground);
+    painter.fillRect(QRect(sidebar_->mapTo(this, QPoint()), sidebar_->size()), colors.sidebar);
 }
 
 } // namespace karto

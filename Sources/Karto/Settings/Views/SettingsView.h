@@ -45,6 +45,7 @@ private:
     Actions actions_;
     Text* title_ = nullptr;
     Note* saveError_ = nullptr;
+    QWidget* sidebar_ = nullptr;
     QScrollArea* scroll_ = nullptr;
     std::optional<SettingsSection> shown_;
     Button* undo_ = nullptr;

@@ -5,6 +5,7 @@
 #include <QAccessible>
 #include <QVBoxLayout>
 
+#include <algorithm>
 #include <cstddef>
 
 namespace karto {
@@ -22,10 +23,13 @@ void describe(QWidget& control, const QString& name) {
     }
 }
 
-Text* valueText() {
-    auto* text = new Text(TextRole::secondary);
-    text->setWordWrap(false);
-    return text;
+// As wide with either of its texts, so that nothing moves when a recording begins.
+Button* recordButton(const QString& text) {
+    auto* button = new Button("Cancel");
+    const int width = button->sizeHint().width();
+    button->setText(text);
+    button->setMinimumWidth(std::max(width, button->sizeHint().width()));
+    return button;
 }
 
 } // namespace
@@ -46,8 +50,8 @@ void ShortcutsSectionView::addHyperKey(QLayout& groups) {
     auto* group = new Group("Hyper Key");
     explanation_ = new Note(std::nullopt, TextRole::secondary);
     group->card().add(new FormRow(explanation_));
-    hyperValue_ = valueText();
-    hyperRecord_ = new Button("Record New Combination");
+    hyperValue_ = new ShortcutField;
+    hyperRecord_ = recordButton("Record New Combination");
     auto* row = group->addRow("Hyper key", {hyperValue_, hyperRecord_});
     hyperRefusal_ = row->addNote(std::nullopt);
     connect(hyperRecord_, &QAbstractButton::clicked, this, [this] { settings_.toggleHyperKey(); });
@@ -56,13 +60,13 @@ void ShortcutsSectionView::addHyperKey(QLayout& groups) {
 
 void ShortcutsSectionView::addCommands(QLayout& groups) {
     auto* group = new Group("Commands");
-    auto* digits = valueText();
-    digits->setText("hyper + 1…9");
+    auto* digits = new ShortcutField;
+    digits->set("hyper + 1…9", false);
     digitsConflict_ =
         group->addRow("Move the window to the zone with that number", {digits})->addNote(Symbol::warning);
     for (const auto& row : settings_.commandRows()) {
-        CommandView view{.value = valueText(),
-                         .record = new Button("Record"),
+        CommandView view{.value = new ShortcutField,
+                         .record = recordButton("Record"),
                          .reset = new Button("Reset"),
                          .refusal = nullptr,
                          .conflict = nullptr};
@@ -81,7 +85,7 @@ void ShortcutsSectionView::refresh() {
     const auto hyper = settings_.hyperKey();
     explanation_->setText(QString::fromStdString(hyper.explanation));
     explanation_->setSymbol(hyper.isUnavailable ? std::optional(Symbol::warning) : std::nullopt);
-    hyperValue_->setText(QString::fromStdString(hyper.value));
+    hyperValue_->set(QString::fromStdString(hyper.value), hyper.isRecording);
     hyperRecord_->setText(QString::fromStdString(hyper.button));
     hyperRecord_->setEnabled(!hyper.isUnavailable);
     describe(*hyperRecord_, QString("%1, Hyper key, %2").arg(hyperRecord_->text(), hyperValue_->text()));
@@ -92,7 +96,7 @@ void ShortcutsSectionView::refresh() {
         const auto& row = rows[index];
         const auto& view = commands_[index];
         const auto name = QString::fromStdString(row.name);
-        view.value->setText(QString::fromStdString(row.value));
+        view.value->set(QString::fromStdString(row.value), row.isRecording);
         view.record->setText(QString::fromStdString(row.button));
         view.record->setEnabled(row.canRecord);
         view.reset->setEnabled(row.canReset);

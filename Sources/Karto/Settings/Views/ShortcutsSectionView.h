@@ -3,6 +3,7 @@
 
 #include "Karto/Settings/ShortcutSettings.h"
 #include "Karto/Settings/Views/Form.h"
+#include "Karto/Settings/Views/ShortcutField.h"
 
 #include <vector>
 
@@ -14,7 +15,7 @@ public:
 
 private:
     struct CommandView {
-        Text* value = nullptr;
+        ShortcutField* value = nullptr;
         Button* record = nullptr;
         Button* reset = nullptr;
         Note* refusal = nullptr;
@@ -27,7 +28,7 @@ private:
 
     ShortcutSettings settings_;
     Note* explanation_ = nullptr;
-    Text* hyperValue_ = nullptr;
+    ShortcutField* hyperValue_ = nullptr;
     Button* hyperRecord_ = nullptr;
     Note* hyperRefusal_ = nullptr;
     Note* digitsConflict_ = nullptr;

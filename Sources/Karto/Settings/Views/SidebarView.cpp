@@ -3,8 +3,6 @@
 #include "Karto/Settings/Views/Look.h"
 #include "Karto/Settings/Views/Symbols.h"
 
-#include <QApplication>
-#include <QEvent>
 #include <QPainter>
 #include <QStyledItemDelegate>
 
@@ -40,7 +38,7 @@ public:
 
     void paint(QPainter* painter, const QStyleOptionViewItem& option,
                const QModelIndex& index) const override {
-        const auto colors = look::colors(qApp->palette());
+        const auto colors = look::colors(option.palette);
         const bool isSelected = option.state.testFlag(QStyle::State_Selected);
         const QRectF row(option.rect);
         painter->save();
@@ -57,12 +55,6 @@ public:
             symbolPixmap(symbolOf(section), symbolSide, painter->device()->devicePixelRatioF(), color));
         painter->setPen(color);
         painter->drawText(row.adjusted(textIndent, 0, -margin, 0), Qt::AlignVCenter, index.data().toString());
-        if (option.state.testFlag(QStyle::State_HasFocus)) {
-            painter->setPen(QPen(isSelected ? colors.onAccent : colors.accent, 2));
-            painter->setBrush(Qt::NoBrush);
-            painter->drawRoundedRect(row.adjusted(2.5, 2.5, -2.5, -2.5), look::controlRadius - 2,
-                                     look::controlRadius - 2);
-        }
         painter->restore();
     }
 };
@@ -75,8 +67,10 @@ SidebarView::SidebarView(SettingsModel& model)
     setFrameShape(QFrame::NoFrame);
     setItemDelegate(new RowDelegate(this));
     setMouseTracking(true);
-    setSpacing(0);
-    setViewportMargins(margin, margin + 4, margin, margin);
+    setSpacing(look::ringRoom);
+    // The ground is painted below this.
+    setViewportMargins(margin - look::ringRoom, margin, margin - look::ringRoom, margin);
+    viewport()->setAutoFillBackground(false);
     setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     setAccessibleName("Sections");
@@ -90,13 +84,14 @@ SidebarView::SidebarView(SettingsModel& model)
             model_.show(settingsSections.at(static_cast<std::size_t>(row)));
         }
     });
-    adopt();
 }
 
-void SidebarView::changeEvent(QEvent* event) {
-    QListWidget::changeEvent(event);
-    if (event->type() == QEvent::ApplicationPaletteChange) {
-        adopt();
+void SidebarView::paintEvent(QPaintEvent* event) {
+    QListWidget::paintEvent(event);
+    if (hasFocus()) {
+        QPainter painter(viewport());
+        look::paintFocusRing(painter, visualRect(currentIndex()), look::controlRadius,
+                             look::colors(palette()).accent);
     }
 }
 
@@ -106,10 +101,19 @@ QItemSelectionModel::SelectionFlags SidebarView::selectionCommand(const QModelIn
     return index.isValid() ? QItemSelectionModel::ClearAndSelect : QItemSelectionModel::NoUpdate;
 }
 
-void SidebarView::adopt() {
-    auto palette = qApp->palette();
-    palette.setColor(QPalette::Base, look::colors(palette).sidebar);
-    setPalette(palette);
+void SidebarView::currentChanged(const QModelIndex& current, const QModelIndex& previous) {
+    QListWidget::currentChanged(current, previous);
+    viewport()->update();
+}
+
+void SidebarView::focusInEvent(QFocusEvent* event) {
+    QListWidget::focusInEvent(event);
+    viewport()->update();
+}
+
+void SidebarView::focusOutEvent(QFocusEvent* event) {
+    QListWidget::focusOutEvent(event);
+    viewport()->update();
 }
 
 } // namespace karto

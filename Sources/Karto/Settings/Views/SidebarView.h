@@ -12,13 +12,14 @@ public:
     explicit SidebarView(SettingsModel& model);
 
 protected:
-    void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
+    void currentChanged(const QModelIndex& current, const QModelIndex& previous) override;
+    void focusInEvent(QFocusEvent* event) override;
+    void focusOutEvent(QFocusEvent* event) override;
     [[nodiscard]] QItemSelectionModel::SelectionFlags selectionCommand(const QModelIndex& index,
                                                                        const QEvent* event) const override;
 
 private:
-    void adopt();
-
     SettingsModel& model_;
     Registration changes_;
 };

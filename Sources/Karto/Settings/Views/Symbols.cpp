@@ -5,6 +5,7 @@
 #include <QPainterPath>
 
 #include <array>
+#include <cmath>
 #include <numbers>
 #include <utility>
 
@@ -14,16 +15,16 @@ namespace {
 
 // Own drawings are made on a square of this side.
 constexpr qreal grid = 16;
-constexpr qreal stroke = 1.5;
+constexpr qreal stroke = 1.4;
 
-// What icon themes call it; null where they have nothing like it.
+// What icon themes call it; null where they have nothing like it, or not all of what stands beside it.
 const char* themeName(Symbol symbol) {
     switch (symbol) {
-    case Symbol::gear: return "preferences-system-symbolic";
-    case Symbol::keyboard: return "input-keyboard-symbolic";
     case Symbol::warning: return "dialog-warning-symbolic";
     case Symbol::check: return "emblem-ok-symbolic";
-    case Symbol::trash: return "user-trash-symbolic";
+    case Symbol::gear:
+    case Symbol::keyboard:
+    case Symbol::trash:
     case Symbol::overlay:
     case Symbol::layout:
     case Symbol::splitColumns:
@@ -36,15 +37,20 @@ const char* themeName(Symbol symbol) {
 
 void drawGear(QPainter& painter) {
     constexpr int teeth = 8;
-    painter.drawEllipse(QPointF(8, 8), 4.6, 4.6);
-    painter.drawEllipse(QPointF(8, 8), 1.6, 1.6);
+    constexpr qreal outer = 6.9;
+    constexpr qreal inner = 5.1;
+    // Shares of a tooth's turn, from the middle of one tooth to the middle of the next.
+    constexpr std::array<std::pair<qreal, qreal>, 4> corners{
+        {{-0.19, outer}, {0.19, outer}, {0.31, inner}, {0.69, inner}}};
+    QPolygonF outline;
     for (int tooth = 0; tooth < teeth; ++tooth) {
-        painter.save();
-        painter.translate(8, 8);
-        painter.rotate(tooth * 360.0 / teeth);
-        painter.drawLine(QPointF(0, -4.8), QPointF(0, -6.6));
-        painter.restore();
+        for (const auto& [share, radius] : corners) {
+            const qreal angle = (tooth + share) * 2 * std::numbers::pi / teeth;
+            outline << QPointF(8 + radius * std::sin(angle), 8 - radius * std::cos(angle));
+        }
     }
+    painter.drawPolygon(outline);
+    painter.drawEllipse(QPointF(8, 8), 2.2, 2.2);
 }
 
 void drawKeyboard(QPainter& painter) {

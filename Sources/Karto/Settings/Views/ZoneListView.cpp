@@ -15,10 +15,40 @@ namespace karto {
 
 namespace {
 
-constexpr int numberWidth = 28;
+constexpr int numberWidth = 20;
 constexpr int columnGap = 12;
+constexpr int valueGap = 16;
 constexpr auto splitColumnsHelp = "Split into two columns";
 constexpr auto splitRowsHelp = "Split into two rows";
+
+// A zone's rectangle, whose values stand below those of other rows.
+class RectText final : public QLabel {
+public:
+    RectText() {
+        setTextFormat(Qt::PlainText);
+        setAttribute(Qt::WA_TransparentForMouseEvents);
+    }
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return {4 * column(), fontMetrics().height()}; }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const auto colors = look::colors(parentWidget()->palette());
+        QPainter painter(this);
+        QRect part = rect();
+        for (const QString& value : text().split("   ")) {
+            painter.setPen(colors.secondary);
+            painter.drawText(part, Qt::AlignVCenter, value.left(1));
+            painter.setPen(colors.text);
+            painter.drawText(part.adjusted(fontMetrics().horizontalAdvance("w "), 0, 0, 0), Qt::AlignVCenter,
+                             value.mid(2));
+            part.setLeft(part.left() + column());
+        }
+    }
+
+private:
+    [[nodiscard]] int column() const { return fontMetrics().horizontalAdvance("w 0.000") + valueGap; }
+};
 
 } // namespace
 
@@ -28,7 +58,7 @@ public:
     explicit Row(SettingsModel& model)
         : model_(model)
         , number_(new Text(TextRole::head))
-        , rect_(new Text(TextRole::body))
+        , rect_(new RectText)
         , columns_(new IconButton(Symbol::splitColumns, splitColumnsHelp))
         , rowsOf_(new IconButton(Symbol::splitRows, splitRowsHelp))
         , remove_(new IconButton(Symbol::trash, {})) {
@@ -42,8 +72,6 @@ public:
         number_->setFixedWidth(numberWidth);
         number_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
         number_->setAttribute(Qt::WA_TransparentForMouseEvents);
-        rect_->setWordWrap(false);
-        rect_->setAttribute(Qt::WA_TransparentForMouseEvents);
         line->addWidget(number_);
         line->addWidget(rect_, 1);
         auto* buttons = new QHBoxLayout;
@@ -116,7 +144,7 @@ private:
     SettingsModel& model_;
     ZoneRow row_;
     Text* number_;
-    Text* rect_;
+    RectText* rect_;
     IconButton* columns_;
     IconButton* rowsOf_;
     IconButton* remove_;
