@@ -4,10 +4,18 @@
 
 namespace karto {
 
+namespace {
+
+// What the clock can be compared with.
+constexpr int firstYear = 1971;
+constexpr int lastYear = 2200;
+
+} // namespace
+
 std::optional<std::chrono::sys_seconds> momentOf(const toml::node& node) {
     using namespace std::chrono;
     const auto value = node.value_exact<toml::date_time>();
-    if (!value || !value->offset) {
+    if (!value || !value->offset || value->date.year < firstYear || value->date.year > lastYear) {
         return std::nullopt;
     }
     const year_month_day day{year(value->date.year), month(value->date.month),

@@ -9,7 +9,7 @@
 
 namespace karto {
 
-// Absent when the node is anything else, a local time included.
+// Absent when the node is anything else, a local time or one of another age included.
 std::optional<std::chrono::sys_seconds> momentOf(const toml::node& node);
 
 std::string tomlText(std::chrono::sys_seconds moment);
