@@ -10,7 +10,7 @@ build_packages=(
     libxcb-render0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-cursor-dev x11proto-dev libtomlplusplus-dev libfmt-dev
     libutf8proc-dev libsystemd-dev libsodium-dev
 )
-bundle_packages=(dpkg-dev file)
+bundle_packages=(dpkg-dev file openssl)
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev librapidcheck-dev libxcb-xtest0-dev
     xvfb xserver-xorg-core xserver-xorg-video-dummy openbox xfwm4 metacity picom trayer

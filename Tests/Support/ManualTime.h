@@ -3,7 +3,7 @@
 // included.
 
 #include "Karto/Platform/WallAlarm.h"
-#include "Support/FixedClock.h"
+#include "Karto/Platform/WallClock.h"
 #include "Support/ManualScheduler.h"
 
 #include <algorithm>
@@ -17,7 +17,19 @@ public:
     explicit ManualTime(std::chrono::system_clock::time_point start)
         : clock(start) {}
 
-    FixedClock clock;
+    // As with every clock, whoever asks again finds it later.
+    struct Clock final : WallClock {
+        explicit Clock(std::chrono::system_clock::time_point start)
+            : time(start) {}
+
+        mutable std::chrono::system_clock::time_point time;
+
+        [[nodiscard]] std::chrono::system_clock::time_point now() const override {
+            return time += std::chrono::nanoseconds(1);
+        }
+    };
+
+    Clock clock;
     ManualScheduler scheduler;
 
     Registration at(std::chrono::system_clock::time_point time, std::function<void()> task) override {

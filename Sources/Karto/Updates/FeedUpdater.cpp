@@ -58,7 +58,8 @@ void FeedUpdater::setAlarm() {
 }
 
 void FeedUpdater::checkIfDue() {
-    if (nextCheck(memory_, now()) <= now()) {
+    const auto moment = now();
+    if (nextCheck(memory_, moment) <= moment) {
         check();
     } else {
         setAlarm();

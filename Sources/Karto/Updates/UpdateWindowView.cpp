@@ -128,7 +128,7 @@ void UpdateWindowView::dress() {
     progressText_->setPalette(drawing::secondaryPalette());
     for (auto* label : {heading_, text_, progressText_}) {
         // A window of one size asks for no height by width.
-        label->setFixedHeight(label->heightForWidth(columnWidth));
+        label->setFixedHeight(std::max(label->heightForWidth(columnWidth), 0));
     }
     const int frame = 2 * notes_->frameWidth();
     notes_->document()->setTextWidth(columnWidth - frame);
