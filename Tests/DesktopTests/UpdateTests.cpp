@@ -89,7 +89,6 @@ TEST_F(UpdateTest, whatAScheduledCheckFindsIsInstalledAndRunsInTheOldOnesPlace) 
     EXPECT_TRUE(
         eventually([&] { return tray.text("IconAccessibleDesc") == "Karto — update to 9.0 available"; }));
     EXPECT_FALSE(isWindowOpen());
-    takePicture("mark");
 
     tray.click("Update to 9.0…");
     ASSERT_TRUE(logs("update: 9.0 is available"));
