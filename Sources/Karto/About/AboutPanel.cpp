@@ -1,6 +1,7 @@
 #include "Karto/About/AboutPanel.h"
 
-#include "Karto/Drawing/WindowLook.h"
+#include "Karto/Drawing/ProgramIcon.h"
+#include "Karto/Settings/Views/Controls.h"
 
 #include <QEvent>
 #include <QLabel>
@@ -18,8 +19,8 @@ constexpr int smallestWidth = 280;
 
 AboutPanel::AboutPanel()
     : icon_(new QLabel)
-    , name_(new QLabel)
-    , credits_(new QLabel) {
+    , name_(new Text(TextRole::title))
+    , credits_(new Text(TextRole::caption)) {
     setWindowFlags(Qt::Dialog | Qt::WindowTitleHint | Qt::WindowCloseButtonHint);
     auto* column = new QVBoxLayout(this);
     column->setContentsMargins(margin, margin, margin, margin);
@@ -32,9 +33,8 @@ AboutPanel::AboutPanel()
     column->addWidget(credits_, 0, Qt::AlignHCenter);
     column->addStrut(smallestWidth - 2 * margin);
     for (auto* text : {name_, credits_}) {
-        text->setTextFormat(Qt::PlainText);
-        text->setTextInteractionFlags(Qt::TextSelectableByMouse);
-        text->setFocusPolicy(Qt::NoFocus);
+        text->makeSelectable();
+        text->setWordWrap(false);
     }
     dress();
 }
@@ -49,23 +49,12 @@ void AboutPanel::tell(const About& about) {
 }
 
 void AboutPanel::changeEvent(QEvent* event) {
-    if (event->type() == QEvent::PaletteChange || event->type() == QEvent::ApplicationFontChange) {
+    if (event->type() == QEvent::PaletteChange) {
         dress();
     }
     QDialog::changeEvent(event);
 }
 
-void AboutPanel::dress() {
-    // New colours and fonts are changes as well.
-    if (isDressing_) {
-        return;
-    }
-    isDressing_ = true;
-    name_->setFont(drawing::titleFont());
-    credits_->setFont(drawing::captionFont());
-    credits_->setPalette(drawing::secondaryPalette());
-    icon_->setPixmap(drawing::programIcon(iconSide, devicePixelRatioF()));
-    isDressing_ = false;
-}
+void AboutPanel::dress() { icon_->setPixmap(drawing::programIcon(iconSide, devicePixelRatioF())); }
 
 } // namespace karto

@@ -23,11 +23,13 @@ public:
     void reject() override;
 
 protected:
-    void changeEvent(QEvent* event) override;
+    bool event(QEvent* event) override;
 
 private:
-    // Fonts and colours that follow the desktop's, and the heights that follow from them.
+    // Colours that follow the desktop's.
     void dress();
+    // Heights that follow from texts and fonts.
+    void fit();
     [[nodiscard]] QPixmap icon() const;
     void putButtons(const std::vector<UpdateButton>& buttons);
 
@@ -40,7 +42,6 @@ private:
     QLabel* progressText_;
     QHBoxLayout* buttons_;
     UpdateView view_;
-    bool isDressing_ = false;
 };
 
 } // namespace karto

@@ -1,4 +1,4 @@
-#include "Karto/Drawing/WindowLook.h"
+#include "Karto/Drawing/ProgramIcon.h"
 
 #include "Karto/Drawing/QtImages.h"
 #include "Karto/MenuBarIcon.h"
@@ -7,25 +7,11 @@
 #include <QIcon>
 #include <QLinearGradient>
 #include <QPainter>
-
-#include <algorithm>
+#include <QPalette>
 
 namespace karto::drawing {
 
 namespace {
-
-constexpr int titleSize = 20;
-constexpr int smallestText = 11;
-constexpr double captionScale = 0.85;
-constexpr double secondaryStrength = 0.64;
-
-QColor mixed(const QColor& color, const QColor& ground, double strength) {
-    const auto channel = [strength](float above, float below) {
-        return float(above * strength + below * (1 - strength));
-    };
-    return QColor::fromRgbF(channel(color.redF(), ground.redF()), channel(color.greenF(), ground.greenF()),
-                            channel(color.blueF(), ground.blueF()));
-}
 
 // The program's own drawing on a tile in the accent.
 QPixmap drawnIcon(int points, double ratio) {
@@ -54,26 +40,6 @@ QPixmap drawnIcon(int points, double ratio) {
 }
 
 } // namespace
-
-QFont titleFont() {
-    auto font = QApplication::font();
-    font.setPixelSize(titleSize);
-    font.setWeight(QFont::DemiBold);
-    return font;
-}
-
-QFont captionFont() {
-    auto font = QApplication::font();
-    font.setPixelSize(std::max(smallestText, qRound(QFontInfo(font).pixelSize() * captionScale)));
-    return font;
-}
-
-QPalette secondaryPalette() {
-    auto palette = QApplication::palette();
-    palette.setColor(QPalette::WindowText, mixed(palette.color(QPalette::WindowText),
-                                                 palette.color(QPalette::Window), secondaryStrength));
-    return palette;
-}
 
 QPixmap programIcon(int side, double ratio) {
     const auto installed = QIcon::fromTheme("karto").pixmap({side, side}, ratio);
