@@ -1,6 +1,8 @@
 #!/usr/bin/env bash
 # Builds the Debian package of Karto, build/bundle/karto_VERSION_ARCHITECTURE.deb, with commit and date in the program.
 # Equal sources make equal packages: all times in it are those of the commit.
+#
+#   scripts/bundle.sh [CMAKE OPTION]...          for example -DKARTO_UPDATE_FEED=ADDRESS -DKARTO_UPDATE_KEY=PUBLIC
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
 
@@ -21,5 +23,5 @@ say "Building the package of commit $commit (build/bundle)"
 rm -f build/bundle/karto_*.deb
 build bundle -DKARTO_BUILD_COMMIT="$commit" -DKARTO_BUILD_DATE="$(date -u -d "@$SOURCE_DATE_EPOCH" +%F)" \
     -DCMAKE_CXX_FLAGS="$(dpkg-buildflags --get CPPFLAGS) $(dpkg-buildflags --get CXXFLAGS)" \
-    -DCMAKE_EXE_LINKER_FLAGS="$(dpkg-buildflags --get LDFLAGS)" -- package
+    -DCMAKE_EXE_LINKER_FLAGS="$(dpkg-buildflags --get LDFLAGS)" -DKARTO_UPDATE_FEED= -DKARTO_UPDATE_KEY= "$@" -- package
 say "Install it with: sudo apt install --reinstall ./$(echo build/bundle/karto_*.deb)"

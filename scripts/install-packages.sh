@@ -8,9 +8,9 @@ build_packages=(
     g++ cmake ninja-build pkg-config ccache qt6-base-dev libqt6svg6
     libxau-dev libxcb1-dev libxcb-randr0-dev libxcb-xkb-dev libxcb-xinput-dev libxcb-res0-dev libxcb-icccm4-dev
     libxcb-render0-dev libxcb-shape0-dev libxcb-xfixes0-dev libxcb-cursor-dev x11proto-dev libtomlplusplus-dev libfmt-dev
-    libutf8proc-dev libsystemd-dev
+    libutf8proc-dev libsystemd-dev libsodium-dev
 )
-bundle_packages=(dpkg-dev file)
+bundle_packages=(dpkg-dev file openssl)
 test_packages=(
     libgtest-dev libgmock-dev libbenchmark-dev librapidcheck-dev libxcb-xtest0-dev
     xvfb xserver-xorg-core xserver-xorg-video-dummy openbox xfwm4 metacity icewm blackbox picom trayer

@@ -24,8 +24,7 @@ Agent::Agent(const Platform& platform, Faces faces, CheckLog& log, std::string_v
     , store_(fmt::format("{}/{}", homeDirectory, ConfigStore::relativePath), platform.files,
              platform.fileWatch, platform.scheduler, log)
     , displays_(platform.screens)
-    , updaterEngine_(platform.host)
-    , updater_(updaterEngine_)
+    , updater_(platform.updater)
     , windows_(platform.accessibility)
     , coordinator_(windows_, displays_, store_, log)
     , switcherWindow_(platform.stage, std::move(faces.switcher))
@@ -72,7 +71,7 @@ bool Agent::start() {
     if (!isTrustedOrExplains()) {
         return false;
     }
-    updaterEngine_.start();
+    updater_.engine().start();
     store_.reload();
     hotkeys_.registerHotkeys(store_.hotkeyModifiers(), store_.commandKeys(),
                              callbacks_.wrap([this](const KartoCommand& command) { dispatch(command); }));

@@ -20,7 +20,6 @@
 #include "Karto/Settings/SettingsController.h"
 #include "Karto/Switcher/SwitcherController.h"
 #include "Karto/Switcher/SwitcherWindow.h"
-#include "Karto/Updates/UnconfiguredUpdater.h"
 #include "KartoCore/KartoCommand.h"
 
 #include <functional>
@@ -70,7 +69,6 @@ private:
 
     ConfigStore store_;
     DisplayRegistry displays_;
-    UnconfiguredUpdater updaterEngine_;
     UpdaterService updater_;
     WindowService windows_;
     Coordinator coordinator_;

@@ -1,5 +1,7 @@
 #include "Karto/AppInfo.h"
 
+#include "Karto/Updates/UpdateAddress.h"
+
 namespace karto::AppInfo {
 
 namespace {
@@ -9,6 +11,17 @@ std::optional<std::string_view> unlessEmpty(std::string_view text) {
 }
 
 } // namespace
+
+std::string_view version() { return KARTO_VERSION; }
+
+std::optional<UpdateSource> updateSource() {
+    const auto key = FeedKey::fromText(KARTO_UPDATE_KEY);
+    if (!key || !isSafeUpdateAddress(KARTO_UPDATE_FEED)) {
+        return std::nullopt;
+    }
+    return UpdateSource{
+        .feedAddress = KARTO_UPDATE_FEED, .key = *key, .runningVersion = std::string(version())};
+}
 
 std::optional<std::string_view> commit() { return unlessEmpty(KARTO_BUILD_COMMIT); }
 

@@ -1,6 +1,8 @@
 #include "Karto/Agent.h"
+#include "Karto/AppInfo.h"
 #include "Karto/Log.h"
 #include "Karto/Overlay/OverlayContentView.h"
+#include "Karto/Platform/Linux/ClockAlarm.h"
 #include "Karto/Platform/Linux/DesktopEntries.h"
 #include "Karto/Platform/Linux/InotifyFileWatch.h"
 #include "Karto/Platform/Linux/LoginSettings.h"
@@ -15,6 +17,10 @@
 #include "Karto/Platform/Linux/SystemClock.h"
 #include "Karto/Platform/Linux/Tray/BusTray.h"
 #include "Karto/Platform/Linux/Tray/PopupMenu.h"
+#include "Karto/Platform/Linux/Updates/FetchProgram.h"
+#include "Karto/Platform/Linux/Updates/PackageCache.h"
+#include "Karto/Platform/Linux/Updates/PackageInstaller.h"
+#include "Karto/Platform/Linux/Updates/QtUpdateWindow.h"
 #include "Karto/Platform/Linux/XdgAutostart.h"
 #include "Karto/Platform/Platform.h"
 #include "Karto/Platform/TrayItem.h"
@@ -36,6 +42,8 @@
 #include "Karto/Settings/Views/QtSettingsWindow.h"
 #include "Karto/Switcher/SwitcherPanelView.h"
 #include "Karto/TrustAlert.h"
+#include "Karto/Updates/FeedUpdater.h"
+#include "Karto/Updates/UnconfiguredUpdater.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
@@ -44,6 +52,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <optional>
 #include <string>
 #include <string_view>
 
@@ -69,11 +78,16 @@ std::string homeDirectory() {
     return user != nullptr ? user->pw_dir : "/";
 }
 
+// Below the person's home unless the session names another folder.
+std::string stateFolder(const std::string& home) {
+    const auto folder = environment("XDG_STATE_HOME");
+    return folder.starts_with('/') ? folder : home + "/.local/state";
+}
+
 void complain(std::string_view sentence) { fmt::print(stderr, "karto: {}\n", sentence); }
 
-} // namespace
-
-int main(int argumentCount, char** arguments) {
+// The program as it runs; `successor` becomes the path of the one that is to follow it, if any.
+int run(int& argumentCount, char** arguments, std::string& successor) {
     using namespace karto;
 
     const auto home = homeDirectory();
@@ -150,6 +164,31 @@ int main(int argumentCount, char** arguments) {
         return x11::programKeyCode(connection, static_cast<xcb_keycode_t>(key));
     });
 
+    ClockAlarm alarm(descriptors);
+    FetchProgram fetcher(autostart.program);
+    PackageCache packages(PackageCache::folderOf(home));
+    PackageInstaller installer(files, PackageInstaller::Places::ofSystem(autostart.program), [&] {
+        log.append("update: installed — starting the new version");
+        successor = autostart.program;
+        host.terminate();
+    });
+    QtUpdateWindow updateWindow([&host](QWidget& window) { host.present(window); });
+    UnconfiguredUpdater unconfiguredUpdater(host);
+    std::optional<FeedUpdater> feedUpdater;
+    if (auto source = AppInfo::updateSource()) {
+        feedUpdater.emplace(FeedUpdater::Means{.course = {.fetcher = fetcher,
+                                                          .store = packages,
+                                                          .installer = installer,
+                                                          .scheduler = scheduler,
+                                                          .clock = clock},
+                                               .window = updateWindow,
+                                               .alarm = alarm,
+                                               .files = files,
+                                               .log = log},
+                            *std::move(source),
+                            fmt::format("{}/{}", stateFolder(home), UpdateMemory::relativePath));
+    }
+
     OverlayPainter overlayPainter;
     SwitcherPainter switcherPainter;
     Agent agent({.host = host,
@@ -165,7 +204,8 @@ int main(int argumentCount, char** arguments) {
                  .activity = activity,
                  .statusItem = trayItem,
                  .loginItem = loginItem,
-                 .instance = instance},
+                 .instance = instance,
+                 .updater = feedUpdater ? static_cast<UpdaterEngine&>(*feedUpdater) : unconfiguredUpdater},
                 {.overlay = [&](const auto& view,
                                 const StageStyle& style) { return overlayPainter.paint(view, style); },
                  .switcher = [&](const auto& view,
@@ -211,4 +251,17 @@ int main(int argumentCount, char** arguments) {
         QtApplicationHost::quit(endWith("display: the X server is gone — quitting"));
     });
     return host.run();
+}
+
+} // namespace
+
+int main(int argumentCount, char** arguments) {
+    std::string successor;
+    const int status = run(argumentCount, arguments, successor);
+    if (!successor.empty()) {
+        ::execv(successor.c_str(), arguments);
+        complain("the new version cannot be started");
+        return failureStatus;
+    }
+    return status;
 }

@@ -4,6 +4,7 @@
 #include "Karto/Platform/Linux/PosixFileSystem.h"
 #include "Support/ManualFileWatch.h"
 #include "Support/ManualScheduler.h"
+#include "Support/ManualUpdater.h"
 #include "Support/MemoryCheckLog.h"
 #include "Support/MemoryDesktop.h"
 #include "Support/MemoryKeyEvents.h"
@@ -75,6 +76,7 @@ protected:
     ManualInstance instance;
     MemoryKeyEvents keyEvents;
     MemorySettingsWindow settings;
+    ManualUpdater updater;
     Agent agent{{.host = desktop,
                  .scheduler = scheduler,
                  .files = files,
@@ -88,7 +90,8 @@ protected:
                  .activity = stage,
                  .statusItem = item,
                  .loginItem = loginItem,
-                 .instance = instance},
+                 .instance = instance,
+                 .updater = updater},
                 {.overlay = [](const auto&, const StageStyle&) { return pictureNamed("zones"); },
                  .switcher = [](const auto&, const StageStyle&) { return pictureNamed("panel"); },
                  .settings = [this](auto& model, auto events,

@@ -9,6 +9,8 @@ class QLabel;
 
 namespace karto {
 
+class Text;
+
 class AboutPanel : public QDialog {
 public:
     AboutPanel();
@@ -19,13 +21,12 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
-    // Fonts and colours that follow the desktop's.
+    // An icon in the desktop's colours.
     void dress();
 
     QLabel* icon_;
-    QLabel* name_;
-    QLabel* credits_;
-    bool isDressing_ = false;
+    Text* name_;
+    Text* credits_;
 };
 
 } // namespace karto

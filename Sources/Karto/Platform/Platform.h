@@ -18,6 +18,7 @@ class OverlayStage;
 class Scheduler;
 class Screens;
 class StatusItem;
+class UpdaterEngine;
 
 struct Platform {
     ApplicationHost& host;
@@ -34,6 +35,7 @@ struct Platform {
     StatusItem& statusItem;
     LoginItemService& loginItem;
     Instance& instance;
+    UpdaterEngine& updater;
 };
 
 } // namespace karto

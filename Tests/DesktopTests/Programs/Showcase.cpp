@@ -79,6 +79,7 @@ public:
         }
         showSwitcher();
         showMenu();
+        showUpdate();
         fs::copy_file(KartoProcess::logPath(desktop_), folder_ / "karto-check.log");
         say(fmt::format("\nPictures and karto-check.log are in {}", fs::absolute(folder_).string()));
         return isComplete_;
@@ -236,6 +237,16 @@ private:
                 [&] { return x.clientOf(karto_->process().pid()) == x.activeWindow(); });
         say("\nstarted once more   the one that runs shows itself");
         takePicture("started again");
+    }
+
+    void showUpdate() {
+        const ChildProcess preview = desktop_.start({KARTO_UPDATE_PREVIEW_PROGRAM, "found"});
+        require("the update window", [&] {
+            const auto window = desktop_.x().clientOf(preview.pid());
+            return window && desktop_.x().activeWindow() == *window;
+        });
+        say("\nan update that was found   the window that offers it");
+        takePicture("update");
     }
 
     void takePicture(std::string name) {

@@ -75,9 +75,12 @@ void KartoProcess::writeConfiguration(const PrivateDesktop& desktop, const std::
     std::ofstream(configurationPath(desktop), std::ios::binary) << text;
 }
 
-KartoProcess::KartoProcess(PrivateDesktop& desktop, const Environment& changes)
+std::filesystem::path KartoProcess::programPath() { return KARTO_PROGRAM; }
+
+KartoProcess::KartoProcess(PrivateDesktop& desktop, const Environment& changes,
+                           const std::filesystem::path& program)
     : log_(logPath(desktop))
-    , process_(desktop.start({KARTO_PROGRAM}, changes)) {}
+    , process_(desktop.start({program.native()}, changes)) {}
 
 std::string KartoProcess::waitForBanner() {
     constexpr std::string_view lastLine = "Move a window to its zone\n";

@@ -45,8 +45,11 @@ struct Outcome {
 
 class KartoProcess {
 public:
-    // Starts the program; does not wait for it.
-    explicit KartoProcess(PrivateDesktop& desktop, const Environment& changes = {});
+    // Starts the program, or another build of it; does not wait for it.
+    explicit KartoProcess(PrivateDesktop& desktop, const Environment& changes = {},
+                          const std::filesystem::path& program = programPath());
+
+    static std::filesystem::path programPath();
 
     // The banner, or throws.
     std::string waitForBanner();

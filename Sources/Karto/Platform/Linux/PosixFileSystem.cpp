@@ -2,6 +2,7 @@
 
 #include "Karto/Platform/Descriptor.h"
 #include "Karto/Platform/Linux/PathWalk.h"
+#include "Karto/Platform/Linux/PosixCalls.h"
 
 #include <fcntl.h>
 #include <fmt/format.h>
@@ -13,7 +14,6 @@
 #include <cerrno>
 #include <cstdint>
 #include <cstdio>
-#include <cstring>
 #include <filesystem>
 #include <optional>
 #include <system_error>
@@ -23,23 +23,12 @@ namespace karto {
 
 namespace {
 
+using posix::describe;
+using posix::uninterrupted;
+
 constexpr mode_t newFileMode = 0644;
 constexpr mode_t privateMode = 0600;
 constexpr mode_t permissionBits = 0777;
-
-// English in every locale.
-std::string describe(int errorNumber) {
-    const char* const description = ::strerrordesc_np(errorNumber);
-    if (description == nullptr) {
-        return fmt::format("error {}", errorNumber);
-    }
-    std::string message = description;
-    // They are ASCII and begin with a capital.
-    if (message.front() >= 'A' && message.front() <= 'Z') {
-        message.front() = static_cast<char>(message.front() - 'A' + 'a');
-    }
-    return message;
-}
 
 std::unexpected<FileError> failure(int errorNumber = errno) {
     return std::unexpected(FileError{
@@ -55,31 +44,13 @@ std::unexpected<FileError> notARegularFile(mode_t mode) {
     });
 }
 
-// Repeats a system call for as long as a signal interrupts it.
-template<typename Call>
-auto uninterrupted(const Call& call) {
-    auto result = call();
-    while (result < 0 && errno == EINTR) {
-        result = call();
-    }
-    return result;
-}
-
 Descriptor open(const std::string& path, int flags, mode_t mode = 0) {
     return Descriptor(
         uninterrupted([&] { return ::open(path.c_str(), flags | O_CLOEXEC | O_NOCTTY, mode); }));
 }
 
 FileResult<void> writeAll(const Descriptor& file, std::string_view bytes) {
-    while (!bytes.empty()) {
-        const auto written =
-            uninterrupted([&] { return ::write(file.number(), bytes.data(), bytes.size()); });
-        if (written < 0) {
-            return failure();
-        }
-        bytes.remove_prefix(static_cast<std::size_t>(written));
-    }
-    return {};
+    return posix::writeAll(file, bytes) ? FileResult<void>() : failure();
 }
 
 // Absent when nothing stands there.

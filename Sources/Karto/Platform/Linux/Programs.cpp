@@ -9,9 +9,6 @@
 
 namespace karto {
 
-namespace {
-
-// False when there is no such program.
 bool prepare(QProcess& program, const ProgramCall& call) {
     const auto path = QStandardPaths::findExecutable(QString::fromStdString(call.name));
     if (path.isEmpty()) {
@@ -31,8 +28,6 @@ bool prepare(QProcess& program, const ProgramCall& call) {
     });
     return true;
 }
-
-} // namespace
 
 bool startProgram(const ProgramCall& call) {
     QProcess program;

@@ -6,6 +6,8 @@
 #include <string>
 #include <vector>
 
+class QProcess;
+
 namespace karto {
 
 struct ProgramCall {
@@ -13,6 +15,9 @@ struct ProgramCall {
     std::string name;
     std::vector<std::string> arguments;
 };
+
+// Makes the process ready to start the program. False when there is no such program.
+bool prepare(QProcess& program, const ProgramCall& call);
 
 // False when there is no such program. It runs on when this one ends.
 bool startProgram(const ProgramCall& call);

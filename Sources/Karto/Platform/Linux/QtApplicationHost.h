@@ -54,14 +54,15 @@ public:
     // Opens the settings program of the desktop, if one is installed.
     static void openDesktopSettings();
 
+    // Shows the window and makes it the active one.
+    void present(QWidget& window) const;
+
     // Runs the event loop until quit() or an interrupt or termination signal, and returns the exit status.
     int run();
     static void quit(int exitStatus);
 
 private:
     void hideSilentBus();
-    // Shows the window and makes it the active one.
-    void present(QWidget& window) const;
 
     // Timers and watches are deleted by the event loop, which runs no more when the program ends.
     struct LastDeletions {

@@ -2,6 +2,7 @@
 
 #include "Karto/Settings/Views/Look.h"
 
+#include <QCoreApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMouseEvent>
@@ -66,6 +67,14 @@ Text::Text(TextRole role, const QString& text, QWidget* parent)
     setTextFormat(Qt::PlainText);
     setWordWrap(role != TextRole::head && role != TextRole::title);
     adopt();
+}
+
+void Text::makeSelectable() {
+    setTextInteractionFlags(Qt::TextSelectableByMouse);
+    setFocusPolicy(Qt::NoFocus);
+    // What draws such text has the desktop's colours until it hears of others.
+    QEvent change(QEvent::PaletteChange);
+    QCoreApplication::sendEvent(this, &change);
 }
 
 void Text::changeEvent(QEvent* event) {
@@ -175,9 +184,10 @@ void Button::paintEvent(QPaintEvent* /*event*/) {
     painter.setRenderHint(QPainter::Antialiasing);
     const QRectF area = QRectF(rect()).adjusted(ringRoom, ringRoom, -ringRoom, -ringRoom);
     painter.setPen(QPen(colors.hairline, 1));
-    painter.setBrush(ground(*this, colors, colors.control));
+    painter.setBrush(ground(*this, colors, isDefault() ? colors.accent : colors.control));
     painter.drawRoundedRect(area.adjusted(0.5, 0.5, -0.5, -0.5), look::controlRadius, look::controlRadius);
-    const auto color = isEnabled() ? colors.text : colors.disabled;
+    const auto enabledColor = isDefault() ? colors.onAccent : colors.text;
+    const auto color = isEnabled() ? enabledColor : colors.disabled;
     auto content = area.adjusted(buttonPadding, 0, -buttonPadding, 0);
     if (symbol_) {
         painter.drawPixmap(QPointF(content.left(), content.center().y() - look::symbolSide / 2.0),

@@ -21,6 +21,9 @@ class Text final : public QLabel {
 public:
     explicit Text(TextRole role, const QString& text = {}, QWidget* parent = nullptr);
 
+    // With the mouse, to be copied.
+    void makeSelectable();
+
 protected:
     void changeEvent(QEvent* event) override;
 
