@@ -7,11 +7,11 @@
 //   afterwards
 
 #include "CompositorStandIn.h"
+#include "Hand.h"
 #include "XServer.h"
 
 #include <fmt/format.h>
 #include <xcb/res.h>
-#include <xcb/xtest.h>
 
 #include <algorithm>
 #include <atomic>
@@ -35,37 +35,10 @@ using Milliseconds = std::chrono::duration<double, std::milli>;
 
 constexpr int displayWidth = 3840;
 constexpr int displayHeight = 2160;
-constexpr xcb_keysym_t optionSymbol = 0xFFE9;
 constexpr auto interval = std::chrono::milliseconds(1);
 constexpr auto pause = std::chrono::milliseconds(500);
 // A row of pixels far from all that follows the pointer but the boundary.
 constexpr int row = 300;
-
-class Hand {
-public:
-    explicit Hand(const XServer& server)
-        : server_(server) {}
-
-    void move(int x, int y) const { fake(XCB_MOTION_NOTIFY, 0, x, y); }
-
-    void press() const { fake(XCB_BUTTON_PRESS, 1); }
-
-    void release() const { fake(XCB_BUTTON_RELEASE, 1); }
-
-    // Against snapping.
-    void holdOption() const { fake(XCB_KEY_PRESS, server_.keyCode(optionSymbol)); }
-
-    void releaseOption() const { fake(XCB_KEY_RELEASE, server_.keyCode(optionSymbol)); }
-
-private:
-    void fake(std::uint8_t event, std::uint8_t detail, int x = 0, int y = 0) const {
-        xcb_test_fake_input(server_.connection(), event, detail, XCB_CURRENT_TIME, server_.root(),
-                            static_cast<std::int16_t>(x), static_cast<std::int16_t>(y), 0);
-        xcb_flush(server_.connection());
-    }
-
-    const XServer& server_;
-};
 
 // The processor time that a program has taken so far.
 Milliseconds processorTime(const std::string& pid) {

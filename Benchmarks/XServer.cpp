@@ -35,6 +35,7 @@ XServer::XServer() {
         xcb_screen_next(&screens);
     screen_ = screens.data;
     activeWindowAtom_ = atom("_NET_ACTIVE_WINDOW");
+    clientListAtom_ = atom("_NET_CLIENT_LIST");
     frameExtentsAtom_ = atom("_NET_FRAME_EXTENTS");
 }
 
@@ -66,6 +67,8 @@ xcb_window_t XServer::activeWindow() const {
     const auto active = numbers(root(), activeWindowAtom_);
     return active.empty() ? xcb_window_t{XCB_WINDOW_NONE} : active[0];
 }
+
+std::vector<xcb_window_t> XServer::managedWindows() const { return numbers(root(), clientListAtom_); }
 
 std::optional<Extents> XServer::frameExtents(xcb_window_t window) const {
     const auto sides = numbers(window, frameExtentsAtom_);

@@ -57,6 +57,9 @@ public:
     // What _NET_ACTIVE_WINDOW names; no window while none is active.
     [[nodiscard]] xcb_window_t activeWindow() const;
 
+    // What _NET_CLIENT_LIST names.
+    [[nodiscard]] std::vector<xcb_window_t> managedWindows() const;
+
     // Absent until the window manager has framed the window.
     [[nodiscard]] std::optional<Extents> frameExtents(xcb_window_t window) const;
 
@@ -77,6 +80,7 @@ private:
     std::unique_ptr<xcb_connection_t, Disconnect> connection_;
     const xcb_screen_t* screen_ = nullptr;
     xcb_atom_t activeWindowAtom_ = XCB_ATOM_NONE;
+    xcb_atom_t clientListAtom_ = XCB_ATOM_NONE;
     xcb_atom_t frameExtentsAtom_ = XCB_ATOM_NONE;
 };
 

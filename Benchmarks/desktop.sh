@@ -80,3 +80,11 @@ orientation = "landscape"
 split = { axis = "horizontal", at = 0.5, first = {}, second = {} }
 CONFIG
 }
+
+# What a process took so far, summed over its threads: nanoseconds on a processor, and switches away from it, each of
+# which took a wake-up.
+processor_time() { cat /proc/"$1"/task/*/schedstat | awk '{ sum += $1 } END { print sum }'; }
+switches() { awk '/ctxt_switches/ { sum += $2 } END { print sum }' /proc/"$1"/task/*/status; }
+
+# kilobytes PID Rss|Pss: the memory that it holds.
+kilobytes() { awk -v key="$2:" '$1 == key { print $2 }' /proc/"$1"/smaps_rollup; }

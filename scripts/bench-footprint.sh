@@ -57,20 +57,16 @@ stop_karto() {
     wait "$pid" 2>/dev/null || true
 }
 
-# Sums over the threads: nanoseconds on a processor, and switches away from it, each of which took a wake-up.
-processor_time() { cat /proc/"$pid"/task/*/schedstat | awk '{ sum += $1 } END { print sum }'; }
-switches() { awk '/ctxt_switches/ { sum += $2 } END { print sum }' /proc/"$pid"/task/*/status; }
-kilobytes() { awk -v key="$1:" '$1 == key { print $2 }' /proc/"$pid"/smaps_rollup; }
-
 # Sets the row of figures $idle: resident and proportional kilobytes, nanoseconds and wake-ups.
 measure_idle() {
     local time_before switches_before
     start_karto
     sleep 4
-    time_before=$(processor_time)
-    switches_before=$(switches)
+    time_before=$(processor_time "$pid")
+    switches_before=$(switches "$pid")
     sleep "$idle_seconds"
-    idle="$(kilobytes Rss) $(kilobytes Pss) $(($(processor_time) - time_before)) $(($(switches) - switches_before))"
+    idle="$(kilobytes "$pid" Rss) $(kilobytes "$pid" Pss)"
+    idle+=" $(($(processor_time "$pid") - time_before)) $(($(switches "$pid") - switches_before))"
     stop_karto
 }
 

@@ -20,7 +20,7 @@ test_packages=(
     fakeroot lintian desktop-file-utils appstream
 )
 bench_packages=(
-    libbenchmark-dev libxcb-composite0-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon dbus-bin fonts-dejavu-core
+    libbenchmark-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon dbus-bin fonts-dejavu-core
     sxhkd wmctrl trayer xfce4-panel
 )
 

@@ -52,12 +52,17 @@ const std::vector<Storm::Act> Storm::acts{
     {.name = "window managers restarted", .weight = 1, .run = &Storm::restartManager},
     {.name = "compositors restarted", .weight = 1, .run = &Storm::restartCompositor},
     {.name = "panels come or gone", .weight = 2, .run = &Storm::togglePanel},
+    {.name = "settings opened", .weight = 3, .run = &Storm::openSettings},
+    {.name = "settings used", .weight = 30, .run = &Storm::useSettings},
+    {.name = "zones edited on the screen", .weight = 12, .run = &Storm::editOnScreen},
+    {.name = "settings closed", .weight = 2, .run = &Storm::closeSettings},
 };
 
 Storm::Storm(PrivateDesktop& desktop, std::uint32_t seed, bool isComposited)
     : desktop_(desktop)
     , random_(seed)
     , keys_(desktop.x())
+    , mouse_(desktop.x())
     , isComposited_(isComposited) {
     desktop_.startWindowManager("openbox");
     restartCompositor();
@@ -81,6 +86,11 @@ void Storm::act() {
 
 void Storm::calm() {
     const XClient& x = desktop_.x();
+    // What the settings still have to write comes before the sample.
+    require("the settings to close", [&] {
+        closeSettings();
+        return eventually([this] { return ownWindows().empty(); }, 500ms);
+    });
     keys_.hyper = fourModifiers;
     KartoProcess::writeConfiguration(desktop_, sampleConfiguration);
     desktop_.run({"setxkbmap", "us"});
@@ -249,6 +259,74 @@ void Storm::togglePanel() {
     }
 }
 
+void Storm::openSettings() {
+    KartoProcess further(desktop_);
+    if (further.process().waitForExit() != Exit{.status = 0, .signal = {}}) {
+        throw std::runtime_error("a further start did not end in an orderly way: " +
+                                 further.process().errors());
+    }
+}
+
+void Storm::useSettings() {
+    const auto windows = ownWindows();
+    const auto frame = windows.empty() ? std::nullopt : desktop_.x().frameOf(oneOf(windows));
+    if (!frame) {
+        return;
+    }
+    for (int times = 1 + below(6); times > 0; --times) {
+        if (oneIn(3)) {
+            constexpr std::array keys{"TAB",  "TAB",  "SPCE", "RTRN", "UP",
+                                      "DOWN", "LEFT", "RGHT", "ESC",  "AD06"};
+            keys_.tap(oneOf(keys));
+        } else if (oneIn(6)) {
+            // Undoes.
+            keys_.press("LCTL");
+            keys_.tap("AB01");
+            keys_.release("LCTL");
+        } else {
+            mouse_.press(somePointIn(*frame));
+            if (oneIn(3)) {
+                mouse_.move(somePointIn(*frame));
+            }
+            mouse_.release();
+        }
+        hesitate(30ms);
+    }
+}
+
+void Storm::editOnScreen() {
+    if (ownWindows().empty()) {
+        return;
+    }
+    const Rect& display = studioAndTower[std::size_t(below(2))].area;
+    const bool isFree = oneIn(2);
+    if (isFree) {
+        keys_.press("LALT");
+    }
+    // Where boundaries and buttons are likely.
+    const Point start = oneIn(2) ? Point{.x = display.x + display.width / 2, .y = somePointIn(display).y}
+                                 : somePointIn(display);
+    mouse_.move(start);
+    hesitate(30ms);
+    mouse_.press();
+    for (int moves = below(6); moves > 0; --moves) {
+        mouse_.move(somePointIn(display));
+        hesitate(10ms);
+    }
+    mouse_.release();
+    if (isFree) {
+        keys_.release("LALT");
+    }
+}
+
+void Storm::closeSettings() {
+    // A question in front of them is to be answered first.
+    if (const auto windows = ownWindows(); !windows.empty()) {
+        desktop_.x().close(windows.back());
+        desktop_.x().flush();
+    }
+}
+
 int Storm::below(int number) { return std::uniform_int_distribution(0, number - 1)(random_); }
 
 Rect Storm::someArea() {
@@ -256,6 +334,10 @@ Rect Storm::someArea() {
             .y = double(below(700)),
             .width = double(60 + below(700)),
             .height = double(60 + below(500))};
+}
+
+Point Storm::somePointIn(const Rect& area) {
+    return {.x = area.x + below(int(area.width)), .y = area.y + below(int(area.height))};
 }
 
 void Storm::hesitate(std::chrono::milliseconds longest) {

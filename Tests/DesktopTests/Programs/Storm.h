@@ -5,6 +5,7 @@
 #include "Support/Application.h"
 #include "Support/KartoProcess.h"
 #include "Support/KeyPresser.h"
+#include "Support/Mouse.h"
 
 #include <chrono>
 #include <cstdint>
@@ -26,7 +27,7 @@ public:
     void act();
 
     // Ends with the desktop as it was at the start: both displays, a panel, the sample configuration, no
-    // windows.
+    // windows, the settings closed.
     void calm();
 
     // How often each thing was done.
@@ -60,6 +61,13 @@ private:
     void restartManager();
     void restartCompositor();
     void togglePanel();
+    void openSettings();
+    void useSettings();
+    void editOnScreen();
+    void closeSettings();
+
+    // The settings and what they opened, the latest last.
+    [[nodiscard]] std::vector<xcb_window_t> ownWindows() const { return desktop_.x().clientsNamed("karto"); }
 
     // From 0 up to the number, which it never is.
     int below(int number);
@@ -72,12 +80,14 @@ private:
     }
 
     Rect someArea();
+    Point somePointIn(const Rect& area);
     // The duration is the matter: at random, up to the longest.
     void hesitate(std::chrono::milliseconds longest);
 
     PrivateDesktop& desktop_;
     std::mt19937 random_;
     KeyPresser keys_;
+    Mouse mouse_;
     bool isComposited_;
     std::list<Application> windows_;
     std::unique_ptr<ChildProcess> compositor_;

@@ -34,7 +34,7 @@ BusMenuLine readLine(sd_bus_message* message) {
             line.label = text;
         } else if (name == "type") {
             sd_bus_message_skip(message, "v");
-            line.label = "-";
+            line.label = '-';
         } else if (name == "enabled") {
             sd_bus_message_read(message, "v", "b", &number);
             line.isEnabled = number != 0;

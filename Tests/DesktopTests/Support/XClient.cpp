@@ -99,10 +99,14 @@ bool XClient::isNamed(xcb_window_t window, const std::string& name) const {
 }
 
 std::optional<xcb_window_t> XClient::clientNamed(const std::string& name) const {
-    const auto clients = property(root(), "_NET_CLIENT_LIST");
-    const auto found =
-        std::ranges::find_if(clients, [&](xcb_window_t window) { return isNamed(window, name); });
-    return found == clients.end() ? std::nullopt : std::optional(*found);
+    const auto clients = clientsNamed(name);
+    return clients.empty() ? std::nullopt : std::optional(clients.front());
+}
+
+std::vector<xcb_window_t> XClient::clientsNamed(const std::string& name) const {
+    auto clients = property(root(), "_NET_CLIENT_LIST");
+    std::erase_if(clients, [&](xcb_window_t window) { return !isNamed(window, name); });
+    return clients;
 }
 
 std::vector<Rect> XClient::unmanagedFrames(const std::string& name) const {

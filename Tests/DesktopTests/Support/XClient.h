@@ -51,6 +51,8 @@ public:
 
     // The managed window whose WM_CLASS instance is `name`.
     [[nodiscard]] std::optional<xcb_window_t> clientNamed(const std::string& name) const;
+    // All of them, the oldest first.
+    [[nodiscard]] std::vector<xcb_window_t> clientsNamed(const std::string& name) const;
     // A managed window of that process.
     [[nodiscard]] std::optional<xcb_window_t> clientOf(pid_t pid) const;
     [[nodiscard]] xcb_window_t activeWindow() const;
