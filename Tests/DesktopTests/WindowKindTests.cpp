@@ -115,4 +115,15 @@ TEST_P(WindowKindTest, aFullScreenWindowStaysAsItIs) {
     EXPECT_TRUE(takes(window, zone::studio));
 }
 
+// With its shadow it is wider than the display, and some managers push it when it grows beyond the edge.
+TEST_P(WindowKindTest, aWindowWithAShadowFillsItsDisplay) {
+    startKarto();
+    const Application window = Application::probe(desktop, "shadowed", "paper", somewhere);
+    press("AE02", "moveToZone(2)");
+    EXPECT_TRUE(takes(window, zone::two));
+    const std::string line = press("AC04", "fillDisplay");
+    EXPECT_EQ(Outcome::in(line).value_or(Outcome{}).result, zone::studio) << line;
+    EXPECT_TRUE(takes(window, zone::studio));
+}
+
 } // namespace karto::desktop

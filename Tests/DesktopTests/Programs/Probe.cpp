@@ -36,9 +36,12 @@ void setSizeHints(const XClient& x, xcb_window_t window, const std::string& kind
 }
 
 void setKind(const XClient& x, xcb_window_t window, const std::string& kind, const Rect& area) {
-    if (kind == "borderless") {
+    if (kind == "borderless" || kind == "shadowed") {
         constexpr std::uint32_t decorationsGiven = 2;
         x.setProperty(window, "_MOTIF_WM_HINTS", x.atom("_MOTIF_WM_HINTS"), {decorationsGiven, 0, 0, 0, 0});
+    }
+    if (kind == "shadowed") {
+        x.setProperty(window, "_GTK_FRAME_EXTENTS", XCB_ATOM_CARDINAL, {4, 4, 4, 4});
     }
     const std::string type = kind == "panel" ? "DOCK" : kind == "dialog" ? "DIALOG" : "NORMAL";
     x.setProperty(window, "_NET_WM_WINDOW_TYPE", XCB_ATOM_ATOM, {x.atom("_NET_WM_WINDOW_TYPE_" + type)});

@@ -12,6 +12,9 @@ constexpr std::chrono::milliseconds quiet{60};
 // The same for a window that is known to be wrong and is asked again.
 constexpr std::chrono::milliseconds shortQuiet{20};
 constexpr int mostCorrections = 4;
+// The same for a window that was not maximized: a manager that pushed it elsewhere, or obeyed by half, may
+// obey the second time.
+constexpr int mostRepetitions = 1;
 // What looking at a window may take on a busy machine.
 constexpr std::chrono::milliseconds lookTime{30};
 
@@ -244,8 +247,8 @@ std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline de
             hasChanged = true;
             continue;
         }
-        const bool mayAskAgain = asked.wasMaximized && !asked.isRestoring && until < lastLook &&
-                                 asked.corrections < mostCorrections;
+        const bool mayAskAgain = !asked.isRestoring && until < lastLook &&
+                                 asked.corrections < (asked.wasMaximized ? mostCorrections : mostRepetitions);
         if (!mayAskAgain) {
             break;
         }

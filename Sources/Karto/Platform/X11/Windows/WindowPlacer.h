@@ -2,6 +2,7 @@
 // Brings windows into frames and finds out what became of it.
 // What is asked of a window between two looks at it goes out as one request to the window manager. A
 // maximized window first gives up that state; its frame is corrected as long as its decoration still changes.
+// A window that moved, but not to where it was asked, is asked once more.
 
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/WeakCallbacks.h"
