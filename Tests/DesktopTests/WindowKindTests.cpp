@@ -1,5 +1,9 @@
 #include "DesktopTest.h"
 
+#include <fmt/format.h>
+
+#include <tuple>
+
 namespace karto::desktop {
 
 namespace {
@@ -124,6 +128,23 @@ TEST_P(WindowKindTest, aWindowWithAShadowFillsItsDisplay) {
     const std::string line = press("AC04", "fillDisplay");
     EXPECT_EQ(Outcome::in(line).value_or(Outcome{}).result, zone::studio) << line;
     EXPECT_TRUE(takes(window, zone::studio));
+}
+
+class UntoldFrameTest : public DesktopTest {};
+
+TEST_F(UntoldFrameTest, aFrameThatTheManagerDoesNotTellOfIsMeasured) {
+    const Application window = Application::probe(desktop, "plain", "letter", somewhere);
+    const Rect told = window.frame();
+    xcb_delete_property(desktop.x().connection(), window.window(), desktop.x().atom("_NET_FRAME_EXTENTS"));
+    desktop.x().settle();
+    ASSERT_EQ(window.frame(), told);
+    startKarto();
+    for (const auto& [key, number, place] :
+         {std::tuple{"AE01", 1, zone::one}, {"AE02", 2, zone::two}, {"AE03", 3, zone::three}}) {
+        const std::string line = press(key, fmt::format("moveToZone({})", number));
+        EXPECT_EQ(Outcome::in(line).value_or(Outcome{}).result, place) << line;
+        EXPECT_TRUE(takes(window, place));
+    }
 }
 
 } // namespace karto::desktop

@@ -73,12 +73,19 @@ std::optional<Rect> XClient::clientArea(xcb_window_t window) const {
                 .height = double(size->height)};
 }
 
+xcb_window_t XClient::outermost(xcb_window_t window) const {
+    const Reply<xcb_query_tree_reply_t> tree(
+        xcb_query_tree_reply(connection(), xcb_query_tree(connection(), window), nullptr));
+    return !tree || tree->parent == root() ? window : outermost(tree->parent);
+}
+
 std::optional<Rect> XClient::frameOf(xcb_window_t window) const {
-    std::optional<Rect> area = clientArea(window);
+    const auto told = property(window, "_NET_FRAME_EXTENTS");
+    const std::optional<Rect> area = clientArea(told.empty() ? outermost(window) : window);
     if (!area) {
         return {};
     }
-    const auto border = edges(property(window, "_NET_FRAME_EXTENTS"));
+    const auto border = edges(told);
     const auto shadow = edges(property(window, "_GTK_FRAME_EXTENTS"));
     const double left = border[0] - shadow[0];
     const double right = border[1] - shadow[1];

@@ -104,6 +104,8 @@ private:
     void tellRoot(std::uint32_t eventMask, xcb_window_t window, const std::string& message,
                   const std::array<std::uint32_t, 5>& items) const;
     [[nodiscard]] std::optional<Rect> clientArea(xcb_window_t window) const;
+    // The child of the root that holds it.
+    [[nodiscard]] xcb_window_t outermost(xcb_window_t window) const;
     void restack(xcb_window_t window, std::uint32_t mode) const;
     void askManager(xcb_window_t window, const std::string& message,
                     const std::array<std::uint32_t, 5>& items) const;

@@ -1,5 +1,7 @@
 #include "Karto/Platform/X11/Server/WindowFacts.h"
 
+#include "Karto/Platform/X11/Server/TopLevel.h"
+
 #include <xcb/res.h>
 
 #include <algorithm>
@@ -57,6 +59,29 @@ std::int32_t localProcess(const xcb_res_query_client_ids_reply_t* reply) {
     return 0;
 }
 
+// What lies between a client and the outermost window around it, for managers that do not tell. Where the
+// client is its own outermost window nothing does.
+void measureFrame(Connection& connection, xcb_window_t window, WindowFacts& facts, Deadline deadline) {
+    const auto frame = topLevelOf(connection, window, deadline);
+    if (!frame || frame == window) {
+        return;
+    }
+    const auto frameRequest = xcb_get_geometry(connection.get(), *frame);
+    const auto clientRequest = xcb_get_geometry(connection.get(), window);
+    const auto placeRequest = xcb_translate_coordinates(connection.get(), window, *frame, 0, 0);
+    const auto outer = connection.await<xcb_get_geometry_reply_t>(frameRequest, deadline);
+    const auto inner = connection.await<xcb_get_geometry_reply_t>(clientRequest, deadline);
+    const auto place = connection.await<xcb_translate_coordinates_reply_t>(placeRequest, deadline);
+    if (!outer || !inner || !place) {
+        return;
+    }
+    facts.frame = *frame;
+    facts.decoration = {.left = outer->border_width + place->dst_x,
+                        .right = outer->width + outer->border_width - place->dst_x - inner->width,
+                        .top = outer->border_width + place->dst_y,
+                        .bottom = outer->height + outer->border_width - place->dst_y - inner->height};
+}
+
 } // namespace
 
 Rect WindowFacts::visibleFrame() const {
@@ -83,7 +108,8 @@ bool WindowFacts::follow(const xcb_generic_event_t& event) {
 }
 
 FactsRequest::FactsRequest(const Connection& connection, xcb_window_t window)
-    : geometry_(xcb_get_geometry(connection.get(), window))
+    : window_(window)
+    , geometry_(xcb_get_geometry(connection.get(), window))
     , origin_(xcb_translate_coordinates(connection.get(), window, connection.root(), 0, 0)) {
     const auto& atoms = connection.atoms();
     const auto ask = [&](Property property, xcb_atom_t atom, xcb_atom_t atomType,
@@ -167,6 +193,9 @@ std::optional<WindowFacts> FactsRequest::receive(Connection& connection, Deadlin
     }
     if (facts.title.empty()) {
         facts.title = text(properties[name].get());
+    }
+    if (facts.isManaged && values(frameExtents).empty()) {
+        measureFrame(connection, window_, facts, deadline);
     }
     return facts;
 }

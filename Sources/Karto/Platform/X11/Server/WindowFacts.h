@@ -38,6 +38,8 @@ struct WindowFacts {
     int height = 0;
     // What the window manager draws around it.
     Insets decoration;
+    // The window that it is drawn in, where nothing else tells how much it is; NONE elsewhere.
+    xcb_window_t frame = XCB_WINDOW_NONE;
     // What the client itself keeps invisible at its edges.
     Insets shadow;
     xcb_size_hints_t sizeHints{};
@@ -93,6 +95,7 @@ private:
         count,
     };
 
+    xcb_window_t window_;
     xcb_get_geometry_cookie_t geometry_{};
     xcb_translate_coordinates_cookie_t origin_{};
     std::array<xcb_get_property_cookie_t, count> properties_{};

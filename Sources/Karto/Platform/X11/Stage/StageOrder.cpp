@@ -1,5 +1,6 @@
 #include "Karto/Platform/X11/Stage/StageOrder.h"
 
+#include "Karto/Platform/X11/Server/TopLevel.h"
 #include "Karto/Platform/X11/Server/WindowFacts.h"
 
 #include <algorithm>
@@ -21,8 +22,6 @@ constexpr int mostCorrections = 5;
 constexpr std::chrono::milliseconds calmTime{1000};
 // A window manager that has lifted the windows so often will do it again.
 constexpr int mostLifts = 2;
-// Frames within frames; no window manager makes more.
-constexpr int deepestFrame = 8;
 
 void stackBeside(const Connection& connection, xcb_window_t window, xcb_window_t sibling,
                  xcb_stack_mode_t side) {
@@ -216,19 +215,11 @@ std::optional<xcb_window_t> StageOrder::topLevel(WindowHandle window, Stack stac
         return known->second;
     }
     topLevels_.erase(window);
-    xcb_window_t found = window.id;
-    for (int depth = 0; depth < deepestFrame; ++depth) {
-        const auto tree = connection_.await<xcb_query_tree_reply_t>(xcb_query_tree(connection_.get(), found),
-                                                                    deadlineFromNow());
-        if (!tree) {
-            return std::nullopt;
-        }
-        if (tree->parent == connection_.root()) {
-            return topLevels_[window] = found;
-        }
-        found = tree->parent;
+    const auto found = topLevelOf(connection_, window.id, deadlineFromNow());
+    if (found) {
+        topLevels_[window] = *found;
     }
-    return std::nullopt;
+    return found;
 }
 
 std::vector<PixelRect> StageOrder::framesFrom(WindowHandle window) {
