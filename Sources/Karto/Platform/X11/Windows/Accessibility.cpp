@@ -162,8 +162,7 @@ std::optional<bool> Accessibility::isStandard(WindowHandle window) {
     }
     const bool isNormal = found->type == connection_.atoms().netWmWindowTypeNormal ||
                           (found->type == XCB_ATOM_NONE && !found->isTransient);
-    const bool isShown = !found->desktop || found->desktop == currentDesktop();
-    return isNormal && isShown && found->isManaged && !found->isShaded && !found->skipsTaskbar;
+    return isNormal && isHere(*found) && found->isManaged && !found->isShaded && !found->skipsTaskbar;
 }
 
 std::optional<bool> Accessibility::isMinimized(WindowHandle window) {
@@ -251,7 +250,17 @@ void Accessibility::remember(xcb_window_t window, const WindowFacts& facts) {
         seen_.insert_or_assign(window, facts);
     }
     if (window == active_.window) {
-        active_.facts = facts;
+        knowActive(facts);
+    }
+}
+
+void Accessibility::knowActive(const WindowFacts& facts) {
+    active_.facts = facts;
+    if (facts.frame != active_.frame) {
+        active_.frame = facts.frame;
+        active_.frameEvents = facts.frame == XCB_WINDOW_NONE
+                                  ? Registration()
+                                  : connection_.select(facts.frame, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     }
 }
 
@@ -263,14 +272,42 @@ std::optional<xcb_window_t> Accessibility::activeWindow() {
     if (!connection_.inTurn() || !active_.isKnown) {
         readActive();
     }
-    return active_.window == XCB_WINDOW_NONE ? std::nullopt : std::optional(active_.window);
+    return active_.window == XCB_WINDOW_NONE ? leftWindow() : std::optional(active_.window);
+}
+
+std::optional<xcb_window_t> Accessibility::leftWindow() {
+    if (left_.window == XCB_WINDOW_NONE) {
+        return std::nullopt;
+    }
+    const auto stack = clients(connection_.atoms().netClientListStacking);
+    const auto left = std::ranges::find(stack, left_.window, &Client::window);
+    if (left == stack.end() || !isSeen(left->facts)) {
+        return std::nullopt;
+    }
+    const auto frame = left->facts.visibleFrame();
+    const bool isCovered = std::any_of(std::next(left), stack.end(), [&](const Client& above) {
+        return isSeen(above.facts) && overlapArea(frame, above.facts.visibleFrame()) > 0;
+    });
+    return isCovered ? std::nullopt : std::optional(left_.window);
+}
+
+bool Accessibility::isSeen(const WindowFacts& facts) {
+    return facts.isManaged && !facts.isHidden && isHere(facts);
+}
+
+bool Accessibility::isHere(const WindowFacts& facts) {
+    return !facts.desktop || facts.desktop == currentDesktop();
 }
 
 void Accessibility::readActive() {
-    const auto window = rootValue(connection_.atoms().netActiveWindow, XCB_ATOM_WINDOW);
-    active_.isKnown = window.has_value();
-    if (active_.window != window.value_or(XCB_WINDOW_NONE)) {
-        active_.window = window.value_or(XCB_WINDOW_NONE);
+    const auto told = rootValue(connection_.atoms().netActiveWindow, XCB_ATOM_WINDOW);
+    active_.isKnown = told.has_value();
+    const auto window = told.value_or(XCB_WINDOW_NONE);
+    if (active_.window != window) {
+        left_ = window == XCB_WINDOW_NONE
+                    ? Left{.window = active_.window, .events = std::move(active_.events)}
+                    : Left{};
+        active_.window = window;
         active_.facts.reset();
         active_.events = active_.window == XCB_WINDOW_NONE
                              ? Registration()
@@ -278,9 +315,11 @@ void Accessibility::readActive() {
                                                                       XCB_EVENT_MASK_PROPERTY_CHANGE);
     }
     if (active_.window != XCB_WINDOW_NONE && !active_.facts) {
-        active_.facts = FactsRequest(connection_, active_.window).receive(connection_, deadlineFromNow());
+        const auto found = FactsRequest(connection_, active_.window).receive(connection_, deadlineFromNow());
         // A manager may go on naming a window that is gone.
-        if (!active_.facts) {
+        if (found) {
+            knowActive(*found);
+        } else {
             active_ = {};
         }
     }
@@ -299,14 +338,19 @@ void Accessibility::noteEvent(const xcb_generic_event_t& event) {
         return;
     }
     // Another window may come under its number, of which nothing has been selected.
-    if (subject == active_.window && eventCode(event) == XCB_DESTROY_NOTIFY) {
+    if (eventCode(event) == XCB_DESTROY_NOTIFY && subject == left_.window) {
+        left_ = {};
+    }
+    if (eventCode(event) == XCB_DESTROY_NOTIFY && subject == active_.window) {
         active_ = {};
         return;
     }
     // The count wraps around.
     const bool isNews =
         active_.facts && static_cast<std::int32_t>(event.full_sequence - active_.facts->sequence) >= 0;
-    if (subject == active_.window && isNews && !active_.facts->follow(event)) {
+    const bool isOfActive = subject == active_.window || subject == active_.frame;
+    const bool isFollowed = subject == active_.window && isNews && active_.facts->follow(event);
+    if (isOfActive && isNews && !isFollowed) {
         active_.facts.reset();
         // Read ahead, once for a burst of changes, so that a key pressed later finds it known.
         active_.reading = scheduler_.after(gatherTime, callbacks_.wrap([this] { readActive(); }));

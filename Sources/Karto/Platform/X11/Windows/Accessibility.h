@@ -80,11 +80,27 @@ private:
         // Absent from a change on until it is looked at again.
         std::optional<WindowFacts> facts;
         Registration events;
+        // The frame that has to be measured, if it has one such.
+        xcb_window_t frame = XCB_WINDOW_NONE;
+        Registration frameEvents;
         Registration reading;
+    };
+
+    // The window that was active before none was.
+    struct Left {
+        xcb_window_t window = XCB_WINDOW_NONE;
+        Registration events;
     };
 
     void noteEvent(const xcb_generic_event_t& event);
     void readActive();
+    void knowActive(const WindowFacts& facts);
+    // Where the keyboard follows the pointer, a window that a command moves away from the pointer loses it to
+    // none. It still is the one that a person means, as long as it is seen and nothing lies on it.
+    std::optional<xcb_window_t> leftWindow();
+    bool isSeen(const WindowFacts& facts);
+    // On the virtual desktop at hand.
+    bool isHere(const WindowFacts& facts);
 
     std::optional<WindowFacts> facts(xcb_window_t window);
     std::optional<WindowFacts> lastSeen(xcb_window_t window);
@@ -108,6 +124,7 @@ private:
     std::map<xcb_window_t, WindowFacts> seen_;
     std::optional<std::uint32_t> seenDesktop_;
     Active active_;
+    Left left_;
     xcb_window_t lastRaised_ = XCB_WINDOW_NONE;
     Registration events_;
     Registration turnEnds_;
