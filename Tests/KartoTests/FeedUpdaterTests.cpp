@@ -211,6 +211,8 @@ TEST_F(FeedUpdaterTest, aProgramThatEndsDuringTheCheckDoesNotBeginItAgainAtOnce)
     for (int starts = 0; starts < 5; ++starts) {
         startProgram();
         time.pass(1min);
+        // What it had begun to store is gone.
+        EXPECT_EQ(store.cleared, starts + 2);
     }
     EXPECT_EQ(checks(), 1U);
 }

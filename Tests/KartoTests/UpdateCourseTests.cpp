@@ -113,11 +113,14 @@ TEST(UpdateCourseTests, whatIsWrongEndsTheCourseInWords) {
     struct Case {
         Phase phase;
         std::function<void(Trip&)> event;
-        Step step;
         std::string problem;
     };
 
-    const auto dated = [](const std::string& date, const std::string& until) {
+    const auto answered = [](auto bytesOf) {
+        return [=](Trip& trip) { trip.fetcher.answer(bytesOf(trip)); };
+    };
+    const auto late = [](auto time) { return [=](Trip& trip) { trip.scheduler.advance(time); }; };
+    const auto dated = [](const char* date, const char* until) {
         return [=](Trip& trip) {
             trip.feed.date = date;
             trip.feed.believedUntil = until;
@@ -126,81 +129,48 @@ TEST(UpdateCourseTests, whatIsWrongEndsTheCourseInWords) {
             trip.answerWithFeed();
         };
     };
-    const std::vector<Case> cases{
-        {.phase = Phase::checking,
-         .event = [](Trip& trip) { trip.fetcher.end("no network"); },
-         .step = Step::check,
-         .problem = "no network"},
-        {.phase = Phase::checking,
-         .event = [](Trip& trip) { trip.fetcher.answer(FeedSigner(2).sign(trip.feed.text())); },
-         .step = Step::check,
-         .problem = "the signature of the list of updates is wrong"},
-        {.phase = Phase::checking,
-         .event = [](Trip& trip) { trip.fetcher.send(0, std::string(UpdateFeed::maximumBytes + 1, ' ')); },
-         .step = Step::check,
-         .problem = "the server sends more than it should"},
-        {.phase = Phase::checking,
-         .event = [](Trip& trip) { trip.scheduler.advance(UpdateCourse::longestCheck); },
-         .step = Step::check,
-         .problem = "the server is too slow"},
-        {.phase = Phase::checking,
-         .event = dated("2026-11-01T00:00:00Z", "2026-11-22T00:00:00Z"),
-         .step = Step::check,
-         .problem = "the list of updates was good until 2026-11-22 only; is the computer's clock right?"},
-        {.phase = Phase::checking,
-         .event = dated("2026-11-22T11:59:59Z", "2027-01-01T00:00:00Z"),
-         .step = Step::check,
-         .problem = "the server sent an older list of updates than before"},
-        {.phase = Phase::found,
-         .event =
-             [](Trip& trip) {
-                 trip.store.problem = "no space";
-                 trip.course.install();
-             },
-         .step = Step::download,
-         .problem = "no space"},
-        {.phase = Phase::downloading,
-         .event =
-             [](Trip& trip) {
-                 trip.store.problem = "no space";
-                 trip.fetcher.send(0, "x");
-             },
-         .step = Step::download,
-         .problem = "no space"},
-        {.phase = Phase::downloading,
-         .event = [](Trip& trip) { trip.fetcher.answer(trip.feed.package.substr(1)); },
-         .step = Step::download,
-         .problem = "the download ended before the package was whole"},
-        {.phase = Phase::downloading,
-         .event = [](Trip& trip) { trip.fetcher.answer(trip.feed.package + "x"); },
-         .step = Step::download,
-         .problem = "the server sends more than it should"},
-        {.phase = Phase::downloading,
-         .event = [](Trip& trip) { trip.fetcher.answer("The" + trip.feed.package.substr(3)); },
-         .step = Step::download,
-         .problem = "the package is not the one that was signed"},
-        {.phase = Phase::downloading,
-         .event = [](Trip& trip) { trip.fetcher.send(3, "x"); },
-         .step = Step::download,
-         .problem = "the server went on at another place than it was asked to"},
-        {.phase = Phase::downloading,
-         .event = [](Trip& trip) { trip.scheduler.advance(UpdateCourse::longestSilence); },
-         .step = Step::download,
-         .problem = "the server does not answer any more"},
-        {.phase = Phase::handedOver,
-         .event = [](Trip& trip) { trip.installer.end(InstallOutcome::Kind::refused); },
-         .step = Step::installation,
-         .problem = "it was not allowed"},
-        {.phase = Phase::handedOver,
-         .event = [](Trip& trip) { trip.installer.end(InstallOutcome::Kind::failed, "a conflict"); },
-         .step = Step::installation,
-         .problem = "a conflict"},
+    const auto installed = [](InstallOutcome::Kind kind, const char* problem) {
+        return [=](Trip& trip) { trip.installer.end(kind, problem); };
     };
-    for (const auto& [phase, event, step, problem] : cases) {
+    const auto stored = [](auto next) {
+        return [=](Trip& trip) {
+            trip.store.problem = "no space";
+            next(trip);
+        };
+    };
+    const std::vector<Case> cases{
+        {Phase::checking, [](Trip& trip) { trip.fetcher.end("no network"); }, "no network"},
+        {Phase::checking, answered([](Trip& trip) { return FeedSigner(2).sign(trip.feed.text()); }),
+         "the signature of the list of updates is wrong"},
+        {Phase::checking, answered([](Trip&) { return std::string(UpdateFeed::maximumBytes + 1, ' '); }),
+         "the server sends more than it should"},
+        {Phase::checking, late(UpdateCourse::longestCheck), "the server is too slow"},
+        {Phase::checking, dated("2026-11-01T00:00:00Z", "2026-11-22T00:00:00Z"),
+         "the list of updates was good until 2026-11-22 only; is the computer's clock right?"},
+        {Phase::checking, dated("2026-11-22T11:59:59Z", "2027-01-01T00:00:00Z"),
+         "the server sent an older list of updates than before"},
+        {Phase::found, stored([](Trip& trip) { trip.course.install(); }), "no space"},
+        {Phase::downloading, stored([](Trip& trip) { trip.fetcher.send(0, "x"); }), "no space"},
+        {Phase::downloading, answered([](Trip& trip) { return trip.feed.package.substr(1); }),
+         "the download ended before the package was whole"},
+        {Phase::downloading, answered([](Trip& trip) { return trip.feed.package + "x"; }),
+         "the server sends more than it should"},
+        {Phase::downloading, answered([](Trip& trip) { return "The" + trip.feed.package.substr(3); }),
+         "the package is not the one that was signed"},
+        {Phase::downloading, [](Trip& trip) { trip.fetcher.send(3, "x"); },
+         "the server went on at another place than it was asked to"},
+        {Phase::downloading, late(UpdateCourse::longestSilence), "the server does not answer any more"},
+        {Phase::handedOver, installed(InstallOutcome::Kind::refused, ""), "it was not allowed"},
+        {Phase::handedOver, installed(InstallOutcome::Kind::failed, "a conflict"), "a conflict"},
+    };
+    for (const auto& [phase, event, problem] : cases) {
         Trip trip;
         trip.leadTo(phase);
         event(trip);
         EXPECT_EQ(trip.phase(), Phase::failed) << problem;
+        const auto step = phase == Phase::checking     ? Step::check
+                          : phase == Phase::handedOver ? Step::installation
+                                                       : Step::download;
         EXPECT_EQ(trip.course.state().failedStep, step) << problem;
         EXPECT_EQ(trip.course.state().problem, problem);
         EXPECT_FALSE(trip.fetcher.report || trip.installer.onEnd) << problem;

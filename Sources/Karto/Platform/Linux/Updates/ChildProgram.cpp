@@ -2,6 +2,7 @@
 
 #include <QPointer>
 #include <QProcess>
+#include <QTimer>
 
 #include <memory>
 #include <utility>
@@ -55,19 +56,20 @@ Registration runChild(const ProgramCall& call, ChildReport report, ChildSignal s
     QObject::connect(process, &QProcess::finished, process, [listener](int status, QProcess::ExitStatus how) {
         listener->end(how == QProcess::NormalExit ? std::optional(status) : std::nullopt);
     });
-    const auto hasNotStarted = [listener](QProcess::ProcessError error) {
-        if (error == QProcess::FailedToStart) {
-            listener->end(std::nullopt);
-        }
-    };
     // This can be known before the program has been started.
-    QObject::connect(process, &QProcess::errorOccurred, process, hasNotStarted, Qt::QueuedConnection);
+    QObject::connect(
+        process, &QProcess::errorOccurred, process,
+        [listener](QProcess::ProcessError error) {
+            if (error == QProcess::FailedToStart) {
+                listener->end(std::nullopt);
+            }
+        },
+        Qt::QueuedConnection);
     if (prepare(*process, call)) {
         process->setStandardInputFile(QProcess::nullDevice());
         process->start();
     } else {
-        QMetaObject::invokeMethod(
-            process, [hasNotStarted] { hasNotStarted(QProcess::FailedToStart); }, Qt::QueuedConnection);
+        QTimer::singleShot(0, process, [listener] { listener->end(std::nullopt); });
     }
     return Registration([process = QPointer(process), listener, signal] {
         listener->stop();

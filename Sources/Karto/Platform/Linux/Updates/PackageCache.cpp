@@ -14,6 +14,7 @@
 #include <filesystem>
 #include <memory>
 #include <system_error>
+#include <tuple>
 
 namespace karto {
 
@@ -92,11 +93,16 @@ std::expected<void, std::string> PackageCache::openFolder() {
 }
 
 void PackageCache::removeAllBut(const std::string& name) const {
-    // The listing takes over the descriptor that it is given.
-    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::fdopendir(::dup(opened_.number())), ::closedir);
+    Descriptor copy(::fcntl(opened_.number(), F_DUPFD_CLOEXEC, 0));
+    if (!copy) {
+        return;
+    }
+    const std::unique_ptr<DIR, int (*)(DIR*)> listing(::fdopendir(copy.number()), ::closedir);
     if (!listing) {
         return;
     }
+    // The listing closes it.
+    std::ignore = copy.release();
     ::rewinddir(listing.get());
     while (const auto* const entry = ::readdir(listing.get())) { // NOLINT(concurrency-mt-unsafe)
         if (name != static_cast<const char*>(entry->d_name)) {
