@@ -21,14 +21,21 @@ class Text final : public QLabel {
 public:
     explicit Text(TextRole role, const QString& text = {}, QWidget* parent = nullptr);
 
+    // Gives up the middle of its text where there is no room for all of it.
+    void setElided();
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void adopt();
 
     TextRole role_;
     bool isAdopting_ = false;
+    bool isElided_ = false;
 };
 
 // A line of text with its symbol before it.
