@@ -33,7 +33,7 @@ QFont fontOf(TextRole role) {
     case TextRole::caption: return look::captionFont();
     case TextRole::body:
     case TextRole::secondary:
-    case TextRole::error: return QFont();
+    case TextRole::error: return {};
     }
     std::unreachable();
 }
