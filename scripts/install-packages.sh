@@ -16,6 +16,7 @@ test_packages=(
     xvfb xserver-xorg-core xserver-xorg-video-dummy openbox xfwm4 metacity icewm blackbox picom trayer
     xterm x11-apps x11-utils x11-xkb-utils x11-xserver-utils xdotool imagemagick dbus-daemon dbus-x11
     python3-gi gir1.2-gtk-3.0 libgl1-mesa-dri weston qt6-wayland fonts-dejavu-core fonts-quicksand qt6-qpa-plugins
+    qt6-gtk-platformtheme gnome-themes-extra
     clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
     fakeroot lintian desktop-file-utils appstream
 )

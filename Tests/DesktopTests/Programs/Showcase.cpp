@@ -9,6 +9,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <csignal>
 #include <cstdio>
 #include <fstream>
 #include <functional>
@@ -23,6 +24,8 @@ namespace fs = std::filesystem;
 const std::vector<Output> displays{
     {.name = "Studio", .area = {.x = 0, .y = 0, .width = 1920, .height = 1080}},
     {.name = "Tower", .area = {.x = 1920, .y = 0, .width = 1080, .height = 1920}}};
+
+constexpr Rect settingsArea{.x = 400, .y = 160, .width = 1000, .height = 680};
 
 std::string text(const std::optional<Rect>& frame) {
     return frame ? fmt::format("{:>4} {:>4} {:>4} x {:<4}", frame->x, frame->y, frame->width, frame->height)
@@ -79,6 +82,9 @@ public:
         }
         showSwitcher();
         showMenu();
+        showSettings("light");
+        restartInTheDark();
+        showSettings("dark");
         showUpdate();
         fs::copy_file(KartoProcess::logPath(desktop_), folder_ / "karto-check.log");
         say(fmt::format("\nPictures and karto-check.log are in {}", fs::absolute(folder_).string()));
@@ -249,12 +255,45 @@ private:
         takePicture("update");
     }
 
-    void takePicture(std::string name) {
+    // The sections that have most to show, of the window that is open.
+    void showSettings(const std::string& look) {
+        const XClient& x = desktop_.x();
+        const auto window = x.clientOf(karto_->process().pid()).value();
+        x.place(window, settingsArea);
+        require("the settings in their place",
+                [&] { return x.frameOf(window).value_or(Rect::null()).x == settingsArea.x; });
+        say(fmt::format("\nthe settings, {}", look));
+        keys_->tap("DOWN");
+        takePicture("settings shortcuts " + look, window);
+        keys_->tap("DOWN");
+        keys_->tap("DOWN");
+        takePicture("settings layout " + look, window);
+    }
+
+    void restartInTheDark() {
+        karto_->process().signal(SIGTERM);
+        karto_->process().waitForExit();
+        karto_ = std::make_unique<KartoProcess>(
+            desktop_, Environment{{"QT_QPA_PLATFORMTHEME", "gtk3"}, {"GTK_THEME", "Adwaita:dark"}});
+        karto_->waitForBanner();
+        KartoProcess again(desktop_);
+        again.process().waitForExit();
+        require("the settings", [&] {
+            return desktop_.x().clientOf(karto_->process().pid()) == desktop_.x().activeWindow();
+        });
+    }
+
+    // Of the whole desktop, or of one window.
+    void takePicture(std::string name, std::optional<xcb_window_t> window = {}) {
         std::ranges::replace(name, ' ', '-');
         const std::string file = fmt::format("{:02}-{}.png", ++pictures_, name);
         // Compositors paint what is new a frame or two later.
         std::this_thread::sleep_for(150ms);
-        desktop_.screenshot(folder_ / file);
+        if (window) {
+            desktop_.run({"import", "-window", fmt::format("{}", *window), folder_ / file});
+        } else {
+            desktop_.screenshot(folder_ / file);
+        }
         say("    picture " + file);
     }
 

@@ -23,6 +23,7 @@ constexpr int switchHeight = 22;
 constexpr int buttonHeight = 30;
 constexpr int buttonPadding = 14;
 constexpr int symbolGap = 8;
+constexpr int leastCharacters = 8;
 constexpr qreal grooveHeight = 4;
 constexpr qreal knobRadius = 8;
 constexpr int scrollBarWidth = 12;
@@ -34,7 +35,7 @@ QFont fontOf(TextRole role) {
     case TextRole::caption: return look::captionFont();
     case TextRole::body:
     case TextRole::secondary:
-    case TextRole::error: return QFont();
+    case TextRole::error: return {};
     }
     std::unreachable();
 }
@@ -84,6 +85,27 @@ void Text::changeEvent(QEvent* event) {
     if (isNews && !isAdopting_) {
         adopt();
     }
+}
+
+void Text::setElided() {
+    isElided_ = true;
+    setWordWrap(false);
+}
+
+QSize Text::minimumSizeHint() const {
+    const auto whole = QLabel::minimumSizeHint();
+    return isElided_ ? QSize(std::min(whole.width(), fontMetrics().averageCharWidth() * leastCharacters),
+                             whole.height())
+                     : whole;
+}
+
+void Text::paintEvent(QPaintEvent* event) {
+    if (!isElided_) {
+        QLabel::paintEvent(event);
+        return;
+    }
+    QPainter painter(this);
+    painter.drawText(rect(), Qt::AlignVCenter, fontMetrics().elidedText(text(), Qt::ElideMiddle, width()));
 }
 
 void Text::adopt() {

@@ -23,15 +23,21 @@ public:
 
     // With the mouse, to be copied.
     void makeSelectable();
+    // Gives up the middle of its text where there is no room for all of it.
+    void setElided();
+
+    [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:
     void changeEvent(QEvent* event) override;
+    void paintEvent(QPaintEvent* event) override;
 
 private:
     void adopt();
 
     TextRole role_;
     bool isAdopting_ = false;
+    bool isElided_ = false;
 };
 
 // A line of text with its symbol before it.

@@ -106,6 +106,7 @@ void LayoutSectionView::buildEditor() {
     column->setSpacing(lineGap);
     auto* header = new QHBoxLayout;
     name_ = new Text(TextRole::head);
+    name_->setWordWrap(true);
     presets_ = new Button(usePreset);
     presets_->setMenu(new QMenu(presets_));
     presetOrientation_.reset();

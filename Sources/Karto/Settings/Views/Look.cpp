@@ -56,7 +56,7 @@ Colors colors(const QPalette& palette) {
     return {.ground = ground,
             .sidebar = mixed(ground, text, 0.035),
             .card = card,
-            .control = isDark ? mixed(card, Qt::white, 0.08) : mixed(card, text, 0.055),
+            .control = isDark ? mixed(card, Qt::white, 0.08) : mixed(card, text, 0.09),
             .hairline = mixed(card, text, 0.1),
             .text = text,
             .secondary = readable(mixed(text, card, 0.38), text, ground),

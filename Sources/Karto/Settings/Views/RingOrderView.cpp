@@ -53,7 +53,7 @@ public:
         line->setSpacing(columnGap);
         number_->setFixedWidth(numberWidth);
         number_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-        name_->setWordWrap(false);
+        name_->setElided();
         detail_->setWordWrap(false);
         pinned_->setWordWrap(false);
         line->addWidget(number_);
