@@ -141,6 +141,11 @@ FileResult<void> ConfigStore::refreshBackup() {
     if (!bytes) {
         return {};
     }
+    // Writing waits for the disk, and a window may be waiting to open.
+    const auto backup = files_.read(backupPath(), maximumConfigBytes);
+    if (backup && *backup == *bytes) {
+        return {};
+    }
     return files_.writeAtomically(backupPath(), *bytes);
 }
 
