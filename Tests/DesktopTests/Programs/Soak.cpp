@@ -56,11 +56,19 @@ public:
 private:
     void weather(std::chrono::seconds duration) {
         for (const auto end = Clock::now() + duration; Clock::now() < end;) {
-            storm_.act();
+            std::string trouble;
+            try {
+                storm_.act();
+            } catch (const std::exception& failure) {
+                trouble = failure.what();
+            }
             if (!karto_.process().isAlive()) {
-                throw std::runtime_error(
-                    fmt::format("Karto died; the last that happened was: {}; it said: {}",
-                                fmt::join(storm_.latest(), ", "), karto_.process().errors()));
+                trouble = "Karto died";
+            }
+            if (!trouble.empty()) {
+                throw std::runtime_error(fmt::format("{}; the last that happened was: {}; Karto said: {}",
+                                                     trouble, fmt::join(storm_.latest(), ", "),
+                                                     karto_.process().errors()));
             }
         }
         storm_.calm();

@@ -99,9 +99,9 @@ void Storm::calm() {
         changeDisplays();
     }
     windows_.clear();
-    if (!panel_) {
-        togglePanel();
-    }
+    // One that is there may have been dragged away.
+    panel_.reset();
+    togglePanel();
     require("the windows to go", [&] { return x.property(x.root(), "_NET_CLIENT_LIST").size() <= 1; });
 }
 
