@@ -65,7 +65,9 @@ void Connection::attach(DescriptorWatch& descriptors, Scheduler& scheduler, std:
 }
 
 void Connection::flush() {
-    isHeldUp_ = !takesRequests();
+    // A server that is only busy makes room soon. What is held back may be the end of a grab, without which
+    // nobody else on this desktop gets an answer, the toolkit of this thread included.
+    isHeldUp_ = !takesRequests(isHeldUp_ ? std::chrono::milliseconds::zero() : requestBound);
     if (!isHeldUp_) {
         xcb_flush(get());
     } else if (scheduler_ != nullptr) {
@@ -73,11 +75,11 @@ void Connection::flush() {
     }
 }
 
-bool Connection::takesRequests() const {
+bool Connection::takesRequests(std::chrono::milliseconds within) const {
     // Also when the server is gone, which is for the library to find out. A socket that can be written to has
     // room for all that the library holds back.
     pollfd descriptor{.fd = xcb_get_file_descriptor(get()), .events = POLLOUT, .revents = 0};
-    return poll(&descriptor, 1, 0) != 0;
+    return poll(&descriptor, 1, static_cast<int>(within.count())) != 0;
 }
 
 bool Connection::waitReadable(Deadline deadline) {

@@ -118,7 +118,8 @@ public:
     void flush();
 
     // False while a server that has stopped reading has left too much already.
-    [[nodiscard]] bool takesRequests() const;
+    [[nodiscard]] bool
+    takesRequests(std::chrono::milliseconds within = std::chrono::milliseconds::zero()) const;
 
 private:
     explicit Connection(OpenConnection opened);
