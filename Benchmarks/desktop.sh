@@ -40,7 +40,7 @@ start_server() {
     trap close_desktop EXIT
 
     # Ahead of everything else that the machine does. All that is started from here on inherits it.
-    chrt --fifo --pid 5 $$ 2>/dev/null ||
+    chrt --fifo --pid 5 "$BASHPID" 2>/dev/null ||
         echo "No real-time priority here: whatever else the machine does shows in the figures." >&2
     Xvfb -displayfd 3 -screen 0 "$1x24" -noreset -nolisten tcp 3>"$HOME/display" 2>"$HOME/Xvfb.out" &
     background+=($!)

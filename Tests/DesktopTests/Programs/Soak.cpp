@@ -77,6 +77,7 @@ private:
     // What Karto holds once it obeys and has nothing more to do.
     Footprint atRest() {
         expectObedience();
+        showOverlay();
         expectNothingOnScreen();
         // What is hidden stays with the server for ten seconds.
         Footprint footprint = footprintOf(desktop_.x(), karto_.process().pid());
@@ -96,12 +97,12 @@ private:
         const auto& keys = storm_.keys();
         // The end of the storm reaches Karto in its own time.
         require("Karto to obey", [&] {
-            keys.chord("AE01");
-            return eventually([&] { return fits(window.frame(), zone::one); }, 300ms);
+            keys.chord("AE05");
+            return eventually([&] { return fits(window.frame(), zone::five); }, 300ms);
         });
         const std::vector<std::pair<std::string, Rect>> commands{
             {"AE02", zone::two},  {"UP", zone::rightOfStudio}, {"RGHT", zone::three},
-            {"RGHT", zone::four}, {"AC04", zone::tower},       {"AE05", zone::five}};
+            {"RGHT", zone::four}, {"AC04", zone::tower},       {"AE01", zone::one}};
         for (const auto& [key, frame] : commands) {
             keys.chord(key);
             if (!eventually([&] { return fits(window.frame(), frame); }, 5s)) {
@@ -112,9 +113,20 @@ private:
         }
     }
 
+    // What is hidden keeps some of what it showed last, which shall be the same each time.
+    void showOverlay() const {
+        storm_.keys().holdHyper();
+        require("the overlay", [this] { return desktop_.x().unmanagedFrames("karto").size() == 2; });
+        storm_.keys().releaseHyper();
+    }
+
     void expectNothingOnScreen() {
         if (!eventually([this] { return desktop_.x().unmanagedFrames("karto").empty(); }, 5s)) {
-            complain("Karto left something on the screen");
+            std::string frames;
+            for (const auto& frame : desktop_.x().unmanagedFrames("karto")) {
+                frames += fmt::format(" {} x {} at {}, {};", frame.width, frame.height, frame.x, frame.y);
+            }
+            complain("Karto left something on the screen:{}", frames);
         }
     }
 

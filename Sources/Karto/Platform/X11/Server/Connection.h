@@ -113,8 +113,8 @@ public:
     void tellWindowManager(xcb_window_t window, xcb_atom_t type,
                            const std::array<std::uint32_t, 5>& words) const;
 
-    // Sends what was asked for. What a server that takes nothing leaves is sent when it takes something
-    // again; nobody waits for it.
+    // Sends what was asked for. What a server leaves that takes nothing for a moment is sent when it takes
+    // something again; nobody waits longer for it.
     void flush();
 
     // False while a server that has stopped reading has left too much already.
