@@ -106,7 +106,6 @@ with_two_displays "$latency" open "$karto" 21
 with_two_displays "$latency" drag "$karto"
 echo -e "\n| ten displays with 100 zones | median ms | p95 ms | longest ms |\n|---|---:|---:|---:|"
 with_ten_displays "$latency" open "$karto" 21
-with_ten_displays "$latency" drag "$karto"
 with_ten_displays "$latency" layout "$karto"
 echo -e "\n| measured | value |\n|---|---:|"
 with_two_displays measure_idle
