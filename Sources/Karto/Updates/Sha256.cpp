@@ -6,7 +6,7 @@ namespace karto {
 
 namespace {
 
-constexpr std::size_t textLength = 2 * crypto_hash_sha256_BYTES;
+constexpr std::size_t textLength = std::size_t{2} * crypto_hash_sha256_BYTES;
 
 } // namespace
 

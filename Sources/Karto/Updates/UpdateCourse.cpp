@@ -63,22 +63,22 @@ void UpdateCourse::install() {
     if (!isNext || !state_.feed) {
         return;
     }
-    const auto feed = *state_.feed;
+    const auto feed = state_.feed;
     state_ = {};
     state_.phase = Phase::downloading;
     state_.feed = feed;
     state_.begun = means_.clock.now();
-    const auto stored = means_.store.open(fileName(feed));
+    const auto stored = means_.store.open(fileName(*feed));
     if (!stored) {
         return fail(stored.error());
     }
     state_.received = *stored;
     state_.receivedBefore = *stored;
     // A former try may have come as far as this.
-    if (*stored >= feed.packageSize) {
+    if (*stored >= feed->packageSize) {
         return verifyPackage();
     }
-    fetch({.address = feed.packageAddress, .offset = *stored}, feed.packageSize, longestDownload);
+    fetch({.address = feed->packageAddress, .offset = *stored}, feed->packageSize, longestDownload);
     onChange_();
 }
 
@@ -182,7 +182,7 @@ void UpdateCourse::judgeFeed() {
         return fail("the server sent an older list of updates than before");
     }
     const bool isNewer = PackageVersion::compare(feed->version, source_.runningVersion) > 0;
-    state_.feed = *std::move(feed);
+    state_.feed = std::make_shared<const UpdateFeed>(*std::move(feed));
     enter(isNewer ? Phase::found : Phase::notFound);
 }
 

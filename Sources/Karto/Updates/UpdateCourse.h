@@ -15,6 +15,7 @@
 #include <chrono>
 #include <cstdint>
 #include <functional>
+#include <memory>
 #include <optional>
 #include <string>
 
@@ -36,8 +37,8 @@ struct UpdateState {
     enum class Step : std::uint8_t { check, download, installation };
 
     Phase phase = Phase::idle;
-    // What the feed said; absent before.
-    std::optional<UpdateFeed> feed;
+    // What the feed said; null before.
+    std::shared_ptr<const UpdateFeed> feed;
     // While downloading, and where and when that began.
     std::uint64_t received = 0;
     std::uint64_t receivedBefore = 0;

@@ -139,8 +139,8 @@ std::expected<UpdateFeed, std::string> parseSignedText(std::string_view text) {
     }
     Reader reader((*document)->root);
     auto feed = takeFeed(reader);
-    if (reader.problem()) {
-        return unreadable(*reader.problem());
+    if (const auto& problem = reader.problem()) {
+        return unreadable(*problem);
     }
     return feed;
 }

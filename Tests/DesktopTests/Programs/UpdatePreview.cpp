@@ -5,7 +5,9 @@
 #include <QApplication>
 
 #include <map>
+#include <memory>
 #include <string>
+#include <utility>
 
 namespace {
 
@@ -15,13 +17,14 @@ using Phase = UpdateState::Phase;
 UpdateState at(Phase phase) {
     UpdateState state;
     state.phase = phase;
-    state.feed.emplace();
-    state.feed->version = "0.2.0";
-    state.feed->packageSize = 1'640'000;
-    state.feed->notes = "Zones can be dragged by their corners.\n"
-                        "The overlay appears on the display of the pointer first.\n"
-                        "Windows of programs that name no application keep their icon.\n"
-                        "A display that comes back finds its windows where it left them.";
+    UpdateFeed feed;
+    feed.version = "0.2.0";
+    feed.packageSize = 1'640'000;
+    feed.notes = "Zones can be dragged by their corners.\n"
+                 "The overlay appears on the display of the pointer first.\n"
+                 "Windows of programs that name no application keep their icon.\n"
+                 "A display that comes back finds its windows where it left them.";
+    state.feed = std::make_shared<const UpdateFeed>(std::move(feed));
     state.received = 620'000;
     state.file = "/home/person/.cache/karto/updates/karto-9f86d081884c7d65.deb";
     return state;
