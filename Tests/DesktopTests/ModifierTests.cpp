@@ -78,6 +78,7 @@ TEST_F(ModifierTest, theToolkitHearsOfThemWhileOneOfItsWindowsHasTheKeyboard) {
     };
 
     x11::ToolkitKeyboard keyboard(*connection, toolkit.connection());
+    EXPECT_THAT(heard(), ::testing::IsEmpty());
     keys.press("LFSH");
     EXPECT_THAT(heard(), ::testing::IsEmpty());
     keyboard.focusMoved(window);
@@ -86,6 +87,7 @@ TEST_F(ModifierTest, theToolkitHearsOfThemWhileOneOfItsWindowsHasTheKeyboard) {
     EXPECT_THAT(heard(),
                 ::testing::ElementsAre(XCB_MOD_MASK_SHIFT | XCB_MOD_MASK_CONTROL, XCB_MOD_MASK_SHIFT));
     keyboard.focusMoved(XCB_WINDOW_NONE);
+    EXPECT_THAT(heard(), ::testing::IsEmpty());
     keys.release("LFSH");
     EXPECT_THAT(heard(), ::testing::IsEmpty());
 }

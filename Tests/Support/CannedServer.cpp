@@ -7,7 +7,10 @@
 #include <unistd.h>
 
 #include <array>
+#include <cerrno>
+#include <chrono>
 #include <stdexcept>
+#include <thread>
 #include <utility>
 
 namespace karto::testing {
@@ -43,7 +46,14 @@ CannedServer::CannedServer(Answer answer, std::uint16_t port)
     address.sin_family = AF_INET;
     address.sin_port = htons(port);
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
-    if (::bind(listener_, plain(address), sizeof address) != 0 || ::listen(listener_, 8) != 0) {
+    // A port that another test has comes free when that one ends.
+    const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
+    bool isBound = ::bind(listener_, plain(address), sizeof address) == 0;
+    while (!isBound && errno == EADDRINUSE && std::chrono::steady_clock::now() < deadline) {
+        std::this_thread::sleep_for(std::chrono::milliseconds(20));
+        isBound = ::bind(listener_, plain(address), sizeof address) == 0;
+    }
+    if (!isBound || ::listen(listener_, 8) != 0) {
         throw std::runtime_error("no server on this machine");
     }
     thread_ = std::thread([this] { serve(); });

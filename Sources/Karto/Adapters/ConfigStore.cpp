@@ -120,7 +120,10 @@ std::expected<void, SaveError> ConfigStore::save(const KartoConfig& config) {
 
 void ConfigStore::takeSnapshot() {
     snapshot_ = current_;
-    std::ignore = refreshBackup();
+    // Writing waits for the disk, and a window waits to open: what is there already is left.
+    if (read() != files_.read(backupPath(), maximumConfigBytes)) {
+        std::ignore = refreshBackup();
+    }
 }
 
 std::expected<void, SaveError> ConfigStore::restoreSnapshot() {
@@ -139,11 +142,6 @@ FileResult<std::string> ConfigStore::read() const { return files_.read(resolvedP
 FileResult<void> ConfigStore::refreshBackup() {
     const auto bytes = read();
     if (!bytes) {
-        return {};
-    }
-    // Writing waits for the disk, and a window may be waiting to open.
-    const auto backup = files_.read(backupPath(), maximumConfigBytes);
-    if (backup && *backup == *bytes) {
         return {};
     }
     return files_.writeAtomically(backupPath(), *bytes);

@@ -73,6 +73,8 @@ void Connection::flush() {
     } else if (scheduler_ != nullptr) {
         sendingLater_ = scheduler_->after(requestBound, callbacks_.wrap([this] { flush(); }));
     }
+    // Writing may read as well, and nobody would hear of what was read until more comes.
+    dispatchSoon();
 }
 
 bool Connection::takesRequests(std::chrono::milliseconds within) const {
@@ -261,9 +263,7 @@ void Connection::dispatch() {
     }
     lullObservers_.notify();
     dispatching_ = false;
-    // Writing may read as well.
     flush();
-    dispatchSoon();
     if (broken()) {
         readable_.reset();
         if (const auto onBroken = std::exchange(onBroken_, nullptr)) {
