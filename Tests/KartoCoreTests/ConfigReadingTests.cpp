@@ -82,13 +82,6 @@ TEST(ConfigReading, takesEverySectionAsWritten) {
     EXPECT_EQ(overlay.color, "");
 }
 
-TEST(ConfigReading, absentSectionsStayAbsent) {
-    const auto config = readConfig("display = []\n" + start);
-    EXPECT_EQ(config, (KartoConfig{.profileName = "P", .displays = {}, .hotkeys = {}, .overlay = {}}));
-    EXPECT_EQ(readConfig(studio + "[overlay]")->overlay, OverlayConfig());
-    EXPECT_EQ(readConfig(studio + "[hotkeys]\nmodifiers=[]")->hotkeys, HotkeysConfig());
-}
-
 TEST(ConfigReading, theFirstFailureNamesItsPlace) {
     const std::string inSplit = " at display.Index 0.split";
     const std::vector<std::pair<std::string, std::string>> table{
@@ -154,30 +147,28 @@ TEST(ConfigReading, noNameOrOtherTextIsLongerThanAllowed) {
 }
 
 TEST(ConfigReading, textThatIsNotTomlIsRefusedWithItsPlace) {
-    const std::vector<std::string> texts{
-        "name",
-        "= 1",
-        "a = ",
-        "a = 'x",
-        R"(a = """x)",
-        "a.",
-        "[a",
-        "[a.",
-        "[[a]",
-        "a = [1,",
-        "a = {b = 1",
-        "a=1\na=2",
-        "[a]\n[a]",
-        "a=1e999",
-        "a=1_",
-        "\a",
-        "a = 1 # \x01",
-        R"("\ud800" = 1)",
-        "a = 99-99",
-        "a=-",
-        "a=9223372036854775808",
-        std::string("\0a = 1", 6),
-    };
+    const std::vector<std::string> texts{"name",
+                                         "= 1",
+                                         "a = ",
+                                         "a = 'x",
+                                         R"(a = """x)",
+                                         "a.",
+                                         "[a",
+                                         "[a.",
+                                         "[[a]",
+                                         "a = [1,",
+                                         "a = {b = 1",
+                                         "a=1\na=2",
+                                         "[a]\n[a]",
+                                         "a=1e999",
+                                         "a=1_",
+                                         "\a",
+                                         "a = 1 # \x01",
+                                         R"("\ud800" = 1)",
+                                         "a = 99-99",
+                                         "a=-",
+                                         "a=9223372036854775808",
+                                         std::string("\0a = 1", 6)};
     for (const std::string& text : texts) {
         const std::string failure = failureOf(text);
         EXPECT_TRUE(failure.starts_with("not valid TOML in line ")) << text << ": " << failure;

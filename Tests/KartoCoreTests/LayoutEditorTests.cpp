@@ -6,8 +6,6 @@
 #include <gtest/gtest.h>
 #include <rapidcheck/gtest.h>
 
-#include <sstream>
-
 namespace karto {
 
 namespace {
@@ -143,16 +141,6 @@ TEST(LayoutEditor, whatFindsNothingToChangeMakesNoStep) {
     EXPECT_EQ(steps(editor), 1);
 }
 
-TEST(LayoutEditor, aPresetReplacesTheTreeInItsPlaceOrAddsALayoutAtTheEnd) {
-    LayoutEditor editor = editorOf({landscape("A", zone(3)), portrait("A", zone())});
-    const LayoutPreset& halves = LayoutPresets::all(level).front();
-    editor.applyPreset(halves, "A", level);
-    editor.applyPreset(halves, "B", upright);
-    EXPECT_THAT(editor.config().displays,
-                ElementsAre(landscape("A", halves.root), portrait("A", zone()), portrait("B", halves.root)));
-    EXPECT_EQ(steps(editor), 2);
-}
-
 TEST(LayoutEditor, keysAndModifiersKeepOneAnother) {
     LayoutEditor editor = LayoutEditor::empty("default");
     EXPECT_EQ(editor.config(), (KartoConfig{"default", {}, {}, {}}));
@@ -174,21 +162,6 @@ TEST(LayoutEditor, keysAndModifiersKeepOneAnother) {
         editor.undo();
     }
     EXPECT_FALSE(hotkeys);
-}
-
-TEST(LayoutPresets, areListedForTheirOrientation) {
-    const auto listed = [](Orientation orientation) {
-        std::ostringstream text;
-        for (const auto& [id, name, meantFor, root] : LayoutPresets::all(orientation)) {
-            text << id << ": " << name << " " << rawName(meantFor) << " " << root << "; ";
-        }
-        return text.str();
-    };
-    EXPECT_EQ(listed(level), "halves: Halves landscape (0.5 . | .); "
-                             "thirds: Thirds landscape (0.333 . | (0.5 . | .)); "
-                             "wide-and-narrow: Two thirds and a third landscape (0.667 . | .); ");
-    EXPECT_EQ(listed(upright), "halves: Halves portrait (0.5 . / .); "
-                               "thirds: Thirds portrait (0.333 . / (0.5 . / .)); ");
 }
 
 } // namespace

@@ -37,7 +37,6 @@ TEST(OverlayGate, decidesByExactlyTheConfiguredModifiers) {
     const std::vector<std::tuple<ModifierSet, ModifierSet, OverlayGate::State, OverlayDecision>> table{
         {hyper, hyper, {.isShowing = false, .delayElapsed = false}, armDelay},
         {hyper, hyper, {.isShowing = false, .delayElapsed = true}, show},
-        {hyper, hyper, {.isShowing = true, .delayElapsed = false}, doNothing},
         {hyper, hyper, {.isShowing = true, .delayElapsed = true}, doNothing},
         {more, hyper, {.isShowing = true, .delayElapsed = false}, hide},
         {ModifierSet::command, hyper, {.isShowing = true, .delayElapsed = true}, hide},
@@ -76,27 +75,6 @@ TEST(OverlayLayout, showsTheZonesOfEachDisplayOrSaysWhyNot) {
         EXPECT_EQ(screens[i].display, displays[i]);
         EXPECT_EQ(screens[i].content, expected[i]) << i;
     }
-}
-
-TEST(OverlayLayout, aConfigurationErrorTakesThePlaceOfEverything) {
-    const std::vector<DisplayInfo> displays{{.name = "A", .frame = rectAt(0, 0, 800, 600)}};
-    const std::vector<ResolvedZone> ring{resolved(1, displays[0].frame)};
-    const auto screens = OverlayLayout::build(ring, displays, 1, "config has no displays");
-    ASSERT_EQ(screens.size(), 1U);
-    EXPECT_EQ(screens[0].content, OverlayScreenContent("Config error: config has no displays"));
-}
-
-TEST(SwitcherPanelLayout, thePanelIsCentredOnItsZoneAndKeptOnItsDisplay) {
-    const Rect display = rectAt(100, 50, 1000, 600);
-    const auto panel = [&](const Rect& zone, int rows = 3) {
-        return SwitcherPanelLayout::frame(rows, zone, display);
-    };
-    EXPECT_EQ(panel(rectAt(300, 200, 500, 300)), rectAt(340, 291, 420, 118));
-    EXPECT_EQ(panel(rectAt(100, 50, 100, 100)), rectAt(100, 50, 420, 118));
-    EXPECT_EQ(panel(rectAt(1000, 550, 100, 100)), rectAt(680, 532, 420, 118));
-    EXPECT_EQ(panel(rectAt(1000, 550, 100, 100), 30), rectAt(680, 50, 420, 1036));
-    EXPECT_EQ(SwitcherPanelLayout::frame(3, rectAt(500, 0, 50, 90), rectAt(300, 0, 410, 100)),
-              rectAt(300, 0, 420, 118));
 }
 
 TEST(SwitcherPanelLayout, theRowsShownFitTheDisplayAndMoveNoFurtherThanTheSelectedOneTakes) {

@@ -64,22 +64,6 @@ TEST(TreeOrdering, zonesAreNumberedLayoutByLayoutAroundThePins) {
     EXPECT_EQ(ordersOf({}), Orders{});
 }
 
-TEST(TreeOrdering, pinsAreStoredAsGivenAndTakenBackByTheirClaim) {
-    const LayoutNode tree = columns(0.5, zone(9), columns(0.5, zone(3), zone(2)));
-    EXPECT_EQ(TreeOrdering::unpinEveryClaimOn(3, 3, tree),
-              columns(0.5, zone(), columns(0.5, zone(), zone(2))));
-    const LayoutNode pinned = TreeOrdering::pin({{first}}, -4, tree);
-    EXPECT_EQ(pinned.node({{first}}), zone(-4));
-    EXPECT_EQ(TreeOrdering::unpin({{first}}, pinned).node({{first}}), zone());
-}
-
-TEST(TreeOrdering, aDraggedRowLandsWhereItWasDropped) {
-    EXPECT_EQ(TreeOrdering::landingOrder(2, 0), 1);
-    EXPECT_EQ(TreeOrdering::landingOrder(0, 3), 3);
-    EXPECT_FALSE(TreeOrdering::landingOrder(2, 3));
-    EXPECT_FALSE(TreeOrdering::landingOrder(2, 2));
-}
-
 } // namespace
 
 } // namespace karto

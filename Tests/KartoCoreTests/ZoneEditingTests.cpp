@@ -75,7 +75,7 @@ TEST(ZoneEditing, aPointOnASharedEdgeBelongsToTheZoneListedFirst) {
 RC_GTEST_PROP(ZoneEditing, aBoundaryFollowsThePointer, ()) {
     const LayoutNode edited = rows(0.25, *testing::trees(), *testing::trees());
     EditBoundary boundary = *rc::gen::elementOf(ZoneEditing::boundaries(edited, NormRect::full()));
-    const Point pointer{.x = *rc::gen::inRange(0, 1001) / 1., .y = *rc::gen::inRange(0, 501) / 1.};
+    const Point pointer{*rc::gen::inRange(0, 1001) / 1., *rc::gen::inRange(0, 501) / 1.};
     boundary.at = ZoneEditing::position(pointer, boundary, display);
     const Point center = ZoneEditing::grabStrip(boundary, display).center();
     const bool isVertical = boundary.axis == Axis::vertical;

@@ -13,8 +13,8 @@ namespace {
 
 using testing::columns, testing::landscape, testing::portrait, testing::rectAt, testing::rows, testing::zone;
 
-constexpr Rect wide{.x = 100, .y = 50, .width = 1000, .height = 800};
-constexpr Rect tall{.x = -800, .y = 0, .width = 800, .height = 1000};
+constexpr Rect wide{100, 50, 1000, 800};
+constexpr Rect tall{-800, 0, 800, 1000};
 
 TEST(ZoneResolver, onlyLayoutsOfConnectedDisplaysResolveAndKeepTheirNumbers) {
     const std::vector layouts{landscape("A", columns(0.5, zone(), columns(0.5, zone(), zone()))),

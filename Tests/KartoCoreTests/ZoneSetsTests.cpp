@@ -14,7 +14,7 @@ namespace {
 using testing::columns, testing::equalColumns, testing::rectAt, testing::landscape, testing::rows,
     testing::zone;
 
-constexpr Rect frame{.x = 1024, .y = -512, .width = 2048, .height = 1024};
+constexpr Rect frame{1024, -512, 2048, 1024};
 
 // Top left, bottom left, top right, bottom right.
 std::vector<ResolvedZone> quarters() {
@@ -79,8 +79,7 @@ TEST(ZoneSets, shrinkingStartsFromTheOriginOrTheLowestNumber) {
 TEST(ZoneSets, aWindowOccupiesTheZonesThatItHalfCoversOrTheOneThatItCoversMost) {
     const auto ring = quarters();
     const auto state = [&](const Rect& part) {
-        return ZoneSets::state(
-            {.x = frame.x + part.x, .y = frame.y + part.y, .width = part.width, .height = part.height}, ring);
+        return ZoneSets::state({frame.x + part.x, frame.y + part.y, part.width, part.height}, ring);
     };
     EXPECT_EQ(state({0, 0, 1024, 1024}), (ZoneSet{0, 1}));
     EXPECT_EQ(state({0, 0, 1536, 512}), (ZoneSet{0, 2}));

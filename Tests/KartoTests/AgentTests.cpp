@@ -26,10 +26,8 @@ using ::testing::ElementsAre;
 using ::testing::HasSubstr;
 using ::testing::StartsWith;
 
-constexpr Rect mainFrame{.x = 0, .y = 0, .width = 1000, .height = 800};
+constexpr Rect mainFrame{0, 0, 1000, 800};
 constexpr std::uint32_t oneKey = 18;
-constexpr std::uint32_t tabKey = 48;
-constexpr std::uint32_t escapeKey = 53;
 constexpr std::uint32_t tKey = 17;
 constexpr std::uint32_t yKey = 16;
 
@@ -48,7 +46,7 @@ struct ManualInstance final : Instance {
 class AgentTest : public ::testing::Test {
 protected:
     AgentTest() {
-        desktop.connected = {{.name = "Main", .frame = mainFrame, .visibleFrame = mainFrame}};
+        desktop.connected = {screen("Main", mainFrame)};
         std::filesystem::create_directories(path.parent_path());
     }
 
@@ -152,38 +150,6 @@ startup: no config loaded — no config file yet)");
   hyper + 1…9  Move a window to its zone)"));
 }
 
-TEST_F(AgentTest, aShortcutMovesTheFocusedWindow) {
-    writeFile(path, oneZone);
-    ASSERT_TRUE(agent.start());
-    const auto window =
-        desktop.open(desktop.launch("Editor"), {.frame = {.x = 10, .y = 20, .width = 30, .height = 40}});
-    desktop.focus(window);
-    EXPECT_TRUE(desktop.press({.code = oneKey}));
-    EXPECT_EQ(desktop.window(window).frame, mainFrame);
-}
-
-TEST_F(AgentTest, theShortcutsOfTheSwitcherGoToTheSwitcher) {
-    writeFile(path, oneZone);
-    ASSERT_TRUE(agent.start());
-    report();
-    constexpr ModifierFlags hyper{ModifierBits::shift | ModifierBits::control | ModifierBits::option |
-                                  ModifierBits::command};
-    const auto editor = desktop.launch("Editor");
-    desktop.open(editor, {.frame = mainFrame});
-    desktop.focus(desktop.open(editor, {.frame = mainFrame}));
-    desktop.hold(hyper);
-    EXPECT_TRUE(desktop.press({.code = tabKey}));
-    EXPECT_THAT(stage.shown(), ElementsAre("panel"));
-    scheduler.advance(std::chrono::seconds(1));
-    EXPECT_THAT(stage.shown(), ElementsAre("panel", "zones"));
-    EXPECT_TRUE(desktop.press({.code = escapeKey}));
-    EXPECT_THAT(stage.shown(), ElementsAre("zones"));
-    desktop.hold({});
-    EXPECT_THAT(stage.shown(), ElementsAre());
-    EXPECT_EQ(report(), R"(switcher: 2 window(s) in zone 1 on "Main"
-switcher: cancelled, nothing raised)");
-}
-
 TEST_F(AgentTest, aChangedFileIsReportedAndItsShortcutsAreClaimed) {
     ASSERT_TRUE(agent.start());
     report();
@@ -192,11 +158,13 @@ modifiers = ["option", "shift"]
 [hotkeys.keys]
 tidy = "y"
 nextVariant = "k"
+previousVariant = "p"
 expandZone = "j"
 )"),
               R"(config reload: config loaded, profile "home", zones 1, ring 1, displays [Main]
 config reload: hotkey "nextVariant" is the former name of "expandZone" and was read as it — that key now expands or shrinks the window instead of cycling size variants; the next save writes the new name
 config reload: the hotkey table names both "nextVariant" and "expandZone" — the new name is the one that binds, and the old line goes on the next save
+config reload: hotkey "previousVariant" is the former name of "shrinkZone" and was read as it — that key now expands or shrinks the window instead of cycling size variants; the next save writes the new name
 hotkey registration (reload): all commands registered for modifiers [shift+option])");
     constexpr auto mask = HotKeyMask::shift | HotKeyMask::option;
     EXPECT_FALSE(desktop.press({.code = tKey, .modifierMask = mask}));
@@ -212,7 +180,7 @@ hotkey registration (reload): all commands registered for modifiers [shift+optio
 TEST_F(AgentTest, reportsWhatStandsInTheWay) {
     writeFile(path, oneZone);
     auto screens = std::vector(2, desktop.connected.front());
-    screens.push_back({.name = "", .frame = mainFrame, .visibleFrame = mainFrame});
+    screens.push_back(screen("", mainFrame));
     desktop.connect(screens);
     desktop.heldByOthers = {{.code = tKey}, {.code = oneKey}};
     ASSERT_TRUE(agent.start());

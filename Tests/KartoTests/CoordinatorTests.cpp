@@ -15,22 +15,18 @@ namespace {
 
 using ::testing::ElementsAre;
 
-Screen screen(std::string name, const Rect& frame) {
-    return {.name = std::move(name), .frame = frame, .visibleFrame = frame};
-}
-
-const Rect mainFrame{.x = 0, .y = 25, .width = 1000, .height = 800};
-const Rect sideFrame{.x = 1000, .y = 0, .width = 600, .height = 400};
+const Rect mainFrame{0, 25, 1000, 800};
+const Rect sideFrame{1000, 0, 600, 400};
 
 // Zone 1 is the left half of Main; 2 and 3 are the upper and the lower part of its right half.
-const Rect zone1{.x = 0, .y = 25, .width = 500, .height = 800};
-const Rect zone2{.x = 500, .y = 25, .width = 500, .height = 400};
-const Rect zone3{.x = 500, .y = 425, .width = 500, .height = 400};
-const Rect rightHalf{.x = 500, .y = 25, .width = 500, .height = 800};
+const Rect zone1{0, 25, 500, 800};
+const Rect zone2{500, 25, 500, 400};
+const Rect zone3{500, 425, 500, 400};
+const Rect rightHalf{500, 25, 500, 800};
 // Zones 4 and 5 are the halves of Side.
-const Rect zone4{.x = 1000, .y = 0, .width = 300, .height = 400};
-const Rect zone5{.x = 1300, .y = 0, .width = 300, .height = 400};
-const Rect nowhere{.x = -900, .y = -900, .width = 100, .height = 100};
+const Rect zone4{1000, 0, 300, 400};
+const Rect zone5{1300, 0, 300, 400};
+const Rect nowhere{-900, -900, 100, 100};
 
 class CoordinatorTest : public ::testing::Test {
 protected:
@@ -80,7 +76,7 @@ TEST_F(CoordinatorTest, everyCommandMovesTheFocusedWindowToItsPlace) {
     expectMove(KartoCommand::previousZone, zone1, atZone3);
     expectMove(KartoCommand::expandZone, zone2, "(500.0, 25.0, 500.0, 800.0)");
     expectMove(KartoCommand::shrinkZone, rightHalf, atZone2);
-    expectMove(KartoCommand::snapToZone, {.x = 550, .y = 500, .width = 90.5, .height = 90}, atZone3);
+    expectMove(KartoCommand::snapToZone, {550, 500, 90.5, 90}, atZone3);
     expectMove(KartoCommand::fillDisplay, zone3, "(0.0, 25.0, 1000.0, 800.0)");
 }
 
@@ -155,18 +151,6 @@ TEST_F(CoordinatorTest, displaysThatCannotBeToldApartAreNamedBeforeTheOutcome) {
                     "command tidy: laid out 1 window(s) on display \"Main\" across 3 zone(s), 1 accepted"));
 }
 
-TEST_F(CoordinatorTest, shrinkingRetracesTheExpansion) {
-    desktop.window(focused).frame = zone3;
-    for (const Rect& expected : {rightHalf, mainFrame}) {
-        handle(KartoCommand::expandZone);
-        EXPECT_EQ(frame(), expected);
-    }
-    for (const Rect& expected : {rightHalf, zone3}) {
-        handle(KartoCommand::shrinkZone);
-        EXPECT_EQ(frame(), expected);
-    }
-}
-
 TEST_F(CoordinatorTest, anExpansionIsForgottenWithItsDisplay) {
     desktop.connect({mainScreen, sideScreen});
     desktop.window(focused).frame = zone5;
@@ -195,7 +179,7 @@ TEST_F(CoordinatorTest, tidyDealsTheWindowsOfTheDisplayOutOverItsZones) {
     desktop.connect({mainScreen, sideScreen});
     const auto mail = desktop.launch("Mail");
     const auto anonymous = desktop.launch(std::nullopt);
-    const Rect mainPart{.x = 10, .y = 30, .width = 100, .height = 100};
+    const Rect mainPart{10, 30, 100, 100};
     const auto second = desktop.open(editor, {.frame = mainPart});
     const auto third = desktop.open(editor, {.frame = mainPart});
     const auto fourth = desktop.open(mail, {.frame = mainPart});

@@ -97,15 +97,6 @@ TEST(DisplayNames, ofOneModelFollowTheSerials) {
     EXPECT_THAT(names({piece("HDMI-1", 8, "x"), piece("DP-2", 8, "x")}), ElementsAre("Studio (2)", "Studio"));
 }
 
-TEST(DisplayNames, stayWithTheirPiecesWhileCablesAreSwappedAndPlugged) {
-    const std::vector<std::string> both{"Studio (2)", "Studio"};
-    EXPECT_EQ(names({piece("DP-1", 7), piece("DP-2", 3)}), both);
-    EXPECT_EQ(names({piece("DP-2", 7), piece("DP-1", 3)}), both);
-    EXPECT_THAT(names({piece("DP-1", 7)}), ElementsAre("Studio"));
-    EXPECT_THAT(names({piece("DP-2", 3)}), ElementsAre("Studio"));
-    EXPECT_EQ(names({piece("DP-1", 7), piece("DP-2", 3)}), both);
-}
-
 TEST(DisplayNames, differWhateverMonitorsAreCalled) {
     const MonitorLabels unnamed{.edid = edid(std::nullopt, 4), .output = "Studio"};
     EXPECT_THAT(names({unnamed, piece("DP-1"), piece("DP-2", 1, "", "Studio (2)")}),

@@ -17,7 +17,6 @@ namespace {
 using enum PointerAction;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
-using ::testing::SizeIs;
 
 constexpr Size displaySize{.width = 1000, .height = 800};
 constexpr ModifierFlags option{ModifierBits::option};
@@ -69,7 +68,7 @@ protected:
 
     // x, y: points of the display.
     void point(PointerAction action, double x, double y, ModifierFlags held = {}) {
-        pointer = Point{.x = x * scale, .y = y * scale};
+        pointer = Point{x * scale, y * scale};
         const auto intent = gesture.take({.action = action, .place = *pointer, .held = held});
         if (!intent) {
             return;
@@ -113,14 +112,13 @@ TEST_F(EditingGestureTest, marksWhatThePointerIsOnAtAnyScale) {
         scale = each;
         work(three);
         for (const auto& [at, expected] :
-             {Case{{.x = 100, .y = 100}, "- arrow f -1"}, Case{{.x = 495, .y = 700}, ". vertical f -1"},
-              Case{{.x = 505, .y = 700}, "- arrow ss -1"}, Case{{.x = 700, .y = 203}, "s horizontal ss -1"},
-              Case{{.x = 501, .y = 202}, ". vertical ss -1"},
-              Case{{.x = 503, .y = 199}, "s horizontal sf -1"},
+             {Case{{100, 100}, "- arrow f -1"}, Case{{495, 700}, ". vertical f -1"},
+              Case{{505, 700}, "- arrow ss -1"}, Case{{700, 203}, "s horizontal ss -1"},
+              Case{{501, 202}, ". vertical ss -1"}, Case{{503, 199}, "s horizontal sf -1"},
               // The buttons of the left zone are from 200 to 300 and from 386 to 414.
-              Case{{.x = 200, .y = 386}, "- arrow f 0"}, Case{{.x = 227, .y = 413}, "- arrow f 0"},
-              Case{{.x = 228, .y = 400}, "- arrow f -1"}, Case{{.x = 250, .y = 400}, "- arrow f 1"},
-              Case{{.x = 299, .y = 400}, "- arrow f 2"}, Case{{.x = 300, .y = 400}, "- arrow f -1"}}) {
+              Case{{200, 386}, "- arrow f 0"}, Case{{227, 413}, "- arrow f 0"},
+              Case{{228, 400}, "- arrow f -1"}, Case{{250, 400}, "- arrow f 1"},
+              Case{{299, 400}, "- arrow f 2"}, Case{{300, 400}, "- arrow f -1"}}) {
             point(moved, at.x, at.y);
             EXPECT_EQ(looks(), expected) << at.x << ", " << at.y << " at " << scale;
         }
@@ -128,39 +126,6 @@ TEST_F(EditingGestureTest, marksWhatThePointerIsOnAtAnyScale) {
         EXPECT_EQ(looks(), "- arrow - -1");
     }
     EXPECT_THAT(asked, IsEmpty());
-}
-
-TEST_F(EditingGestureTest, zonesTooSmallForButtonsHaveNoneAndTheirBoundariesCanStillBeDragged) {
-    work(columns(0.119, zone(), rows(0.059, zone(), zone())));
-    point(moved, 60, 400);
-    EXPECT_EQ(looks(), "- arrow - -1");
-    point(moved, 600, 20);
-    EXPECT_EQ(looks(), "- arrow - -1");
-    point(pressed, 119, 400);
-    point(dragged, 120, 400);
-    EXPECT_THAT(asked, ElementsAre("drag . 0.12"));
-    point(released, 120, 400);
-    point(moved, 60, 300);
-    EXPECT_EQ(looks(), "- arrow f -1");
-}
-
-TEST_F(EditingGestureTest, tenMovesMoveTheBoundaryTenTimesAndOneReleaseCommitsOnce) {
-    work(three);
-    point(pressed, 502, 300);
-    point(dragged, 502.5, 300);
-    EXPECT_THAT(asked, IsEmpty());
-    for (int step = 1; step <= 10; ++step) {
-        point(dragged, 600 + step, 190);
-        EXPECT_EQ(looks(), ". vertical - -1");
-        EXPECT_EQ(gesture.view()->dragging, NodePath());
-        EXPECT_EQ(gesture.view()->pointer, pointer);
-    }
-    point(released, 610, 300);
-    ASSERT_THAT(asked, SizeIs(11));
-    EXPECT_EQ(asked[9], "drag . 0.61");
-    EXPECT_EQ(asked[10], "commit");
-    EXPECT_EQ(looks(), ". vertical f -1");
-    EXPECT_EQ(gesture.view()->dragging, std::nullopt);
 }
 
 TEST_F(EditingGestureTest, dragsSnapUnlessOptionIsHeldAndStayWithinTheirSplit) {
@@ -172,10 +137,9 @@ TEST_F(EditingGestureTest, dragsSnapUnlessOptionIsHeldAndStayWithinTheirSplit) {
 
     const LayoutNode tree = rows(0.5, columns(0.5, zone(), zone()), columns(0.3, zone(), zone()));
     for (const auto& [to, held, expected] :
-         {Case{{.x = 742, .y = 100}, {}, "drag f 0.75"}, Case{{.x = 742, .y = 100}, option, "drag f 0.742"},
-          Case{{.x = 311, .y = 100}, {}, "drag f 0.3"}, Case{{.x = 312, .y = 100}, {}, "drag f 0.312"},
-          Case{{.x = -500, .y = 2000}, {}, "drag f 0.01"},
-          Case{{.x = 5000, .y = -9}, option, "drag f 0.99"}}) {
+         {Case{{742, 100}, {}, "drag f 0.75"}, Case{{742, 100}, option, "drag f 0.742"},
+          Case{{311, 100}, {}, "drag f 0.3"}, Case{{312, 100}, {}, "drag f 0.312"},
+          Case{{-500, 2000}, {}, "drag f 0.01"}, Case{{5000, -9}, option, "drag f 0.99"}}) {
         for (const double each : {1.0, 2.0}) {
             scale = each;
             work(tree);
@@ -274,22 +238,12 @@ TEST_F(EditingGestureTest, aBoundaryThatVanishedIsNotReplacedAndItsDragEndsWithA
     }
 }
 
-TEST_F(EditingGestureTest, aGestureThatIsTakenAwayCommitsItsDragAndNothingElse) {
+TEST_F(EditingGestureTest, aButtonThatMovedAwayOrLostThePointerDoesNothing) {
     work(three);
-    point(pressed, 500, 300);
-    point(dragged, 520, 300);
-    point(cancelled, 520, 300);
-    EXPECT_THAT(asked, ElementsAre("drag . 0.52", "commit"));
-    EXPECT_FALSE(gesture.isUnderWay());
-    asked.clear();
     point(pressed, 210, 400);
     point(cancelled, 210, 400);
-    EXPECT_THAT(asked, IsEmpty());
+    EXPECT_FALSE(gesture.isUnderWay());
     EXPECT_EQ(looks(), "- arrow - -1");
-}
-
-TEST_F(EditingGestureTest, aButtonThatMovedAwayUnderThePressDoesNothing) {
-    work(three);
     point(pressed, 210, 400);
     work(columns(0.6, zone(), zone()));
     EXPECT_FALSE(gesture.view()->isPressed);
@@ -298,25 +252,12 @@ TEST_F(EditingGestureTest, aButtonThatMovedAwayUnderThePressDoesNothing) {
     EXPECT_THAT(asked, IsEmpty());
 }
 
-TEST_F(EditingGestureTest, aNewTreeIsMarkedWhereThePointerIs) {
-    work(zone());
-    point(moved, 500, 200);
-    EXPECT_EQ(looks(), "- arrow . -1");
-    work(three);
-    EXPECT_EQ(looks(), ". vertical f -1");
-    pointer.reset();
-    work(three);
-    EXPECT_EQ(looks(), "- arrow - -1");
-}
-
 TEST_F(EditingGestureTest, helpShowsOnceThePointerRestsOnAButton) {
     work(three);
-    point(moved, 100, 100);
     EXPECT_FALSE(gesture.awaitsRest());
     point(moved, 210, 400);
     EXPECT_TRUE(gesture.awaitsRest());
     gesture.rested();
-    EXPECT_TRUE(gesture.view()->showsHelp);
     EXPECT_FALSE(gesture.awaitsRest());
     point(moved, 211, 400);
     work(three);

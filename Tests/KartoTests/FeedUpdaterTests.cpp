@@ -99,9 +99,6 @@ TEST_F(FeedUpdaterTest, aScheduledCheckLeavesAMarkUntilThePersonAttends) {
     answer("2.0");
     EXPECT_EQ(pending(), "2.0");
     EXPECT_EQ(window.heading(), "closed");
-    passToCheck();
-    answer("2.0");
-    EXPECT_EQ(pending(), "2.0");
 
     program->updater.checkForUpdates();
     EXPECT_EQ(window.heading(), "Looking for updates…");
@@ -118,9 +115,9 @@ TEST_F(FeedUpdaterTest, aScheduledCheckLeavesAMarkUntilThePersonAttends) {
     passToCheck();
     answer("1.0");
     EXPECT_EQ(pending(), std::nullopt);
-    EXPECT_THAT(log.takeLines(), ElementsAre("update: 2.0 is available", "update: 2.0 is available",
-                                             "update: 2.0 is available", "update: 2.0 is available",
-                                             "update: 1.0 is the newest version"));
+    EXPECT_THAT(log.takeLines(),
+                ElementsAre("update: 2.0 is available", "update: 2.0 is available",
+                            "update: 2.0 is available", "update: 1.0 is the newest version"));
 }
 
 TEST_F(FeedUpdaterTest, aSkippedVersionIsHeardOfOnlyWhenThePersonAsks) {

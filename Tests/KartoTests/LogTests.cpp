@@ -68,12 +68,4 @@ TEST_F(FileCheckLogTest, saysOnceThatLinesAreLostUntilOneIsWritten) {
     EXPECT_THAT(problems, ElementsAre(HasSubstr(path.native()), HasSubstr(path.native())));
 }
 
-TEST_F(FileCheckLogTest, aFailedWriteIsAProblemToo) {
-    FileCheckLog full("/dev/full", files, clock,
-                      [this](std::string_view problem) { problems.emplace_back(problem); });
-    full.append("lost");
-    full.append("lost");
-    EXPECT_EQ(problems.size(), 1U);
-}
-
 } // namespace karto::testing

@@ -11,6 +11,7 @@ namespace {
 using namespace std::chrono_literals;
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
+using ::testing::StartsWith;
 
 constexpr Rect mainFrame = rectAt(0, 25, 1000, 800);
 constexpr Rect sideFrame = rectAt(1000, 0, 600, 400);
@@ -20,7 +21,7 @@ constexpr ModifierFlags hyper{ModifierBits::shift | ModifierBits::control | Modi
 constexpr ModifierFlags shift{ModifierBits::shift};
 
 // For example "1 [2]" for two zones with the second selected, and the text of a message.
-Picture describe(const OverlayContentView& view, const StageStyle& style) {
+Picture describe(const OverlayContentView& view, const StageStyle& /*style*/) {
     std::string name;
     if (const auto* message = std::get_if<OverlayMessage>(&view.content)) {
         name = *message;
@@ -32,10 +33,10 @@ Picture describe(const OverlayContentView& view, const StageStyle& style) {
     if (view.appearance.color != RGBColor::white()) {
         name += view.appearance.color.hex();
     }
-    return pictureNamed(style.isTranslucent ? name : name + " cut out");
+    return pictureNamed(name);
 }
 
-Screen screen(std::string name, const Rect& visibleFrame) {
+Screen panelledScreen(std::string name, const Rect& visibleFrame) {
     return {.name = std::move(name),
             .frame = rectAt(visibleFrame.x, 0, visibleFrame.width, visibleFrame.maxY()),
             .visibleFrame = visibleFrame};
@@ -45,7 +46,7 @@ class OverlayControllerTest : public OverlayFixture {
 protected:
     OverlayControllerTest()
         : OverlayFixture(describe) {
-        desktop.connected = {screen("Main", mainFrame), screen("Side", sideFrame)};
+        desktop.connected = {panelledScreen("Main", mainFrame), panelledScreen("Side", sideFrame)};
         config.set(configWith({landscape("Main", columns(0.5, zone(), zone())), landscape("Side", zone())}));
         overlay.start(monitor);
     }
@@ -86,20 +87,14 @@ TEST_F(OverlayControllerTest, hidesOnAnyOtherSetOfModifiersAndComesBackOnlyAfter
         EXPECT_THAT(shownAfter(1s), IsEmpty());
         desktop.hold(hyper);
         EXPECT_THAT(shownAfter(299ms), IsEmpty());
+        desktop.hold(other);
+        desktop.hold(hyper);
+        EXPECT_THAT(shownAfter(299ms), IsEmpty());
         desktop.hold(nothing);
         EXPECT_THAT(shownAfter(1s), IsEmpty());
     }
     EXPECT_EQ(stage.windowsCreated, 2);
     EXPECT_EQ(stage.windows.front().timesPainted, 1);
-}
-
-TEST_F(OverlayControllerTest, pressingHyperAgainStartsTheDelayAnew) {
-    desktop.hold(hyper);
-    scheduler.advance(200ms);
-    desktop.hold(shift);
-    desktop.hold(hyper);
-    EXPECT_THAT(shownAfter(299ms), IsEmpty());
-    EXPECT_THAT(shownAfter(1ms), ElementsAre("12", "3"));
 }
 
 TEST_F(OverlayControllerTest, isPreparedShortlyBeforeItIsToShow) {
@@ -143,40 +138,15 @@ TEST_F(OverlayControllerTest, aReleaseThatNobodyReportedIsNoticed) {
 
 TEST_F(OverlayControllerTest, explainsWhyThereAreNoZones) {
     config.set(std::nullopt);
-    EXPECT_THAT(
-        shownWhileHeld(),
-        ElementsAre("No zones for \"Main\". The config has 0 zone(s), none of them bound to this display in "
-                    "its current orientation.",
-                    "No zones for \"Side\". The config has 0 zone(s), none of them bound to this display in "
-                    "its current orientation."));
+    EXPECT_THAT(shownWhileHeld(), ElementsAre(StartsWith("No zones for \"Main\". The config has 0 zone(s)"),
+                                              StartsWith("No zones for \"Side\".")));
     desktop.hold(nothing);
     config.error = "broken";
     EXPECT_THAT(shownWhileHeld(), ElementsAre("Config error: broken", "Config error: broken"));
 }
 
-TEST_F(OverlayControllerTest, followsTheScreensWhateverItIsDoing) {
-    const std::vector before = desktop.connected;
-    const std::vector after{screen("Main", rectAt(0, 0, 2000, 1000))};
-    // Hidden.
-    EXPECT_THAT(shownWhileHeld(), ElementsAre("12", "3"));
-    desktop.hold(nothing);
-    desktop.connect(after);
-    EXPECT_THAT(shownWhileHeld(), ElementsAre("12"));
-    EXPECT_EQ(stage.windows.front().frame, after.front().visibleFrame);
-    // Showing.
-    desktop.connect(before);
-    EXPECT_THAT(stage.shown(), IsEmpty());
-    desktop.hold(nothing);
-    // Armed.
-    desktop.hold(hyper);
-    desktop.connect(after);
-    EXPECT_THAT(shownAfter(1s), IsEmpty());
-    desktop.hold(nothing);
-    EXPECT_THAT(shownWhileHeld(), ElementsAre("12"));
-}
-
 TEST_F(OverlayControllerTest, displaysThatShareANameTakeScreensInTheirOrder) {
-    desktop.connect({screen("Main", mainFrame), screen("Main", sideFrame)});
+    desktop.connect({panelledScreen("Main", mainFrame), panelledScreen("Main", sideFrame)});
     EXPECT_THAT(shownWhileHeld(), ElementsAre("12", "12"));
     EXPECT_EQ(stage.windows.front().frame, mainFrame);
     EXPECT_EQ(stage.windows.back().frame, sideFrame);
@@ -185,20 +155,10 @@ TEST_F(OverlayControllerTest, displaysThatShareANameTakeScreensInTheirOrder) {
 
 TEST_F(OverlayControllerTest, aDisplayWithoutAScreenIsReportedAndTheOthersAreDrawn) {
     EXPECT_EQ(displays.displays().size(), 2U);
-    desktop.connected = {screen("Other", mainFrame), screen("Side", sideFrame)};
+    desktop.connected = {panelledScreen("Other", mainFrame), panelledScreen("Side", sideFrame)};
     EXPECT_THAT(shownWhileHeld(), ElementsAre("3"));
     EXPECT_THAT(log.lines, ElementsAre("overlay: no NSScreen matched display \"Main\" — NSScreen.screens "
                                        "reports [Other, Side], nothing drawn on this display"));
-}
-
-TEST_F(OverlayControllerTest, isPaintedAnewWhenACompositorComesOrGoes) {
-    shownWhileHeld();
-    stage.restyle({.isTranslucent = false});
-    EXPECT_THAT(stage.shown(), ElementsAre("12 cut out", "3 cut out"));
-    desktop.hold(nothing);
-    stage.restyle({.isTranslucent = true});
-    EXPECT_EQ(stage.windows.front().timesPainted, 2);
-    EXPECT_THAT(shownWhileHeld(), ElementsAre("12", "3"));
 }
 
 TEST_F(OverlayControllerTest, aPreviewShowsAnotherConfigurationBelowItsWindowAndReportsClicks) {
@@ -229,9 +189,9 @@ TEST_F(OverlayControllerTest, aPreviewShowsAnotherConfigurationBelowItsWindowAnd
         where.press(place);
         where.release(place);
     };
-    click(window, {.x = 10, .y = 199});
-    click(window, {.x = 10, .y = 200});
-    click(stage.windows.back(), {.x = 10, .y = 10});
+    click(window, {10, 199});
+    click(window, {10, 200});
+    click(stage.windows.back(), {10, 10});
     EXPECT_THAT(clicks, ElementsAre("Main 1", "Main 2", "Side -1"));
     stage.setActive(false);
     EXPECT_TRUE(window.ignoresMouse);

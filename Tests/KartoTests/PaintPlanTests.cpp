@@ -96,11 +96,10 @@ std::shared_ptr<const Image> anyImage() {
 Picture anyPicture() {
     Picture picture;
     for (int count = within(0, 8); count > 0; --count) {
-        picture.tiles.push_back({.image = anyImage(),
-                                 .area = {.x = within(-2, width / 2),
-                                          .y = within(-2, height / 2),
-                                          .width = *rc::gen::element(0, 3, 7, width + 2),
-                                          .height = *rc::gen::element(0, 2, 6, height + 2)}});
+        picture.tiles.push_back(
+            {.image = anyImage(),
+             .area = {within(-2, width / 2), within(-2, height / 2), *rc::gen::element(0, 3, 7, width + 2),
+                      *rc::gen::element(0, 2, 6, height + 2)}});
     }
     return picture;
 }
@@ -161,35 +160,32 @@ TEST(PictureDamage, onlyWhatChangesIsDamaged) {
     const auto fill = std::make_shared<const Image>(Image{.width = 1, .height = 1, .pixels = {0x2E000000}});
     const auto edge = std::make_shared<const Image>(Image{.width = 1, .height = 2, .pixels = {1, 2}});
     const auto figure = std::make_shared<const Image>(Image{.width = 2, .height = 1, .pixels = {3, 4}});
-    const Picture before{.tiles = {{.image = fill, .area = {.x = 0, .y = 0, .width = 100, .height = 80}},
-                                   {.image = edge, .area = {.x = 0, .y = 0, .width = 100, .height = 2}},
-                                   {.image = fill, .area = {.x = 100, .y = 0, .width = 50, .height = 80}},
-                                   {.image = figure, .area = {.x = 120, .y = 40, .width = 2, .height = 1}}}};
+    const Picture before{.tiles = {{.image = fill, .area = {0, 0, 100, 80}},
+                                   {.image = edge, .area = {0, 0, 100, 2}},
+                                   {.image = fill, .area = {100, 0, 50, 80}},
+                                   {.image = figure, .area = {120, 40, 2, 1}}}};
     EXPECT_TRUE(damage(before, before).empty());
     // A boundary moves, and with it one figure of two.
     auto moved = before;
     moved.tiles[0].area.width = moved.tiles[1].area.width = moved.tiles[2].area.x = 103;
     moved.tiles[2].area.width = 47;
     moved.tiles[3].area.x = 121;
-    EXPECT_EQ(damage(before, moved), (std::vector<PixelRect>{{.x = 100, .y = 0, .width = 3, .height = 80},
-                                                             {.x = 120, .y = 40, .width = 2, .height = 1},
-                                                             {.x = 122, .y = 40, .width = 1, .height = 1}}));
+    EXPECT_EQ(damage(before, moved),
+              (std::vector<PixelRect>{{100, 0, 3, 80}, {120, 40, 2, 1}, {122, 40, 1, 1}}));
     // Something appears among the others, and what is on top goes.
     auto other = before;
-    other.tiles.insert(other.tiles.begin() + 1,
-                       {.image = figure, .area = {.x = 10, .y = 10, .width = 2, .height = 1}});
+    other.tiles.insert(other.tiles.begin() + 1, {.image = figure, .area = {10, 10, 2, 1}});
     other.tiles.pop_back();
-    EXPECT_EQ(damage(before, other), (std::vector<PixelRect>{{.x = 10, .y = 10, .width = 2, .height = 1},
-                                                             {.x = 120, .y = 40, .width = 2, .height = 1}}));
+    EXPECT_EQ(damage(before, other), (std::vector<PixelRect>{{10, 10, 2, 1}, {120, 40, 2, 1}}));
 }
 
 TEST(PaintPlan, theBackgroundOfMostOfTheWindowCostsNothing) {
     const auto fill = std::make_shared<const Image>(Image{.width = 1, .height = 1, .pixels = {0x2E000000}});
     const auto edge = std::make_shared<const Image>(Image{.width = 1, .height = 1, .pixels = {0x4D4D4D4D}});
-    const Picture picture{.tiles = {{.image = fill, .area = {.x = 0, .y = 0, .width = 6, .height = 9}},
-                                    {.image = fill, .area = {.x = 6, .y = 0, .width = 6, .height = 9}},
-                                    {.image = edge, .area = {.x = 0, .y = 9, .width = 12, .height = 1}},
-                                    {.image = fill, .area = {.x = 1, .y = 1, .width = 2, .height = 2}}}};
+    const Picture picture{.tiles = {{.image = fill, .area = {0, 0, 6, 9}},
+                                    {.image = fill, .area = {6, 0, 6, 9}},
+                                    {.image = edge, .area = {0, 9, 12, 1}},
+                                    {.image = fill, .area = {1, 1, 2, 2}}}};
     const auto plan = planPainting(picture, width, height, Background::prevailing);
     EXPECT_EQ(plan.background, 0x2E000000);
     ASSERT_EQ(plan.steps.size(), 2U);

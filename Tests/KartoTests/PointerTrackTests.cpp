@@ -13,7 +13,6 @@ namespace karto::x11 {
 namespace {
 
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr Size window{.width = 100, .height = 80};
 constexpr std::uint16_t down = XCB_BUTTON_MASK_1;
@@ -72,32 +71,10 @@ private:
 
 } // namespace
 
-TEST(PointerTrack, ofMovementsTheLastAloneIsToldAndButtonsKeepTheirPlaceAmongThem) {
-    Course course;
-    course.enter(1, 1).move(2, 2).move(3, 3);
-    EXPECT_THAT(course.told, IsEmpty());
-    EXPECT_TRUE(course.track.isMovementWaiting());
-    course.lull()
-        .lull()
-        .move(4, 4)
-        .move(5, 5)
-        .press(6, 6)
-        .move(7, 7, down)
-        .move(8, 8, down)
-        .release(9, 9)
-        .lull();
-    EXPECT_THAT(course.told,
-                ElementsAre("moved 3,3", "moved 5,5", "pressed 6,6", "dragged 8,8", "released 9,9"));
-    // Nobody needs to know where it was before it left.
-    course.told.clear();
-    course.move(10, 10).leave(100, 10).lull();
-    EXPECT_THAT(course.told, ElementsAre("left 100,10"));
-}
-
 TEST(PointerTrack, bordersCrossedInAGestureCountWhenItHasEnded) {
     Course course;
     course.enter(50, 50).press(50, 50).leave(120, 50).move(150, 50, down).lull();
-    EXPECT_EQ(course.track.whereabouts()->place, (Point{.x = 150, .y = 50}));
+    EXPECT_EQ(course.track.whereabouts()->place, (Point{150, 50}));
     course.enter(90, 50, down).lull().leave(101, 50).move(-20, 50, down).lull().release(-20, 50);
     course.leave(-20, 50, XCB_NOTIFY_MODE_UNGRAB).leave(-20, 50);
     EXPECT_THAT(course.told, ElementsAre("moved 50,50", "pressed 50,50", "dragged 150,50", "dragged 90,50",

@@ -40,7 +40,7 @@ Picture describe(const SwitcherPanelView& view, const StageStyle& style) {
 class SwitcherControllerTest : public ::testing::Test {
 protected:
     SwitcherControllerTest() {
-        desktop.connected = {{.name = "Main", .frame = mainFrame, .visibleFrame = mainFrame}};
+        desktop.connected = {screen("Main", mainFrame)};
         auto columnsOfMain = configWith({landscape("Main", columns(0.5, zone(), zone()))});
         columnsOfMain.hotkeys = HotkeysConfig{.modifiers = {"control", "option", "command"}, .keys = {}};
         config.set(columnsOfMain);
@@ -102,31 +102,6 @@ TEST_F(SwitcherControllerTest, eachPressSelectsTheNextWindowAndReleasingRaisesIt
     EXPECT_EQ(desktop.application(2).focusedWindow, unnamed);
 }
 
-TEST_F(SwitcherControllerTest, cancellingRaisesNothing) {
-    const auto a = open("a", inZone1);
-    const auto b = open("b", inZone1);
-    desktop.focus(a);
-    switcher.cancel();
-    EXPECT_THAT(log.takeLines(), IsEmpty());
-    advance();
-    switcher.cancel();
-    EXPECT_THAT(stage.shown(), IsEmpty());
-    desktop.hold(nothing);
-    EXPECT_THAT(log.takeLines(), ElementsAre("switcher: cancelled, nothing raised"));
-    EXPECT_THAT(stacking(), ElementsAre(a, b));
-}
-
-TEST_F(SwitcherControllerTest, aWindowThatClosedMeanwhileIsNotRaised) {
-    const auto a = open("a", inZone1);
-    const auto b = open("b", inZone1);
-    desktop.focus(a);
-    advance();
-    desktop.close(b);
-    desktop.hold(nothing);
-    EXPECT_THAT(log.takeLines(), ElementsAre("switcher: the selected window did not answer, nothing raised"));
-    EXPECT_THAT(stage.shown(), IsEmpty());
-}
-
 TEST_F(SwitcherControllerTest, startsWithTheFirstWindowWhenTheFocusedOneIsNotListed) {
     open("a", inZone1);
     open("b", inZone1);
@@ -176,7 +151,7 @@ TEST_F(SwitcherControllerTest, thePanelGrowsWithTheDesktopsScaleAndIsPaintedForA
 
 TEST_F(SwitcherControllerTest, aPanelThatDoesNotFitScrollsWithTheSelection) {
     const Rect flat = rectAt(0, 0, 1000, 130);
-    desktop.connected = {{.name = "Main", .frame = flat, .visibleFrame = flat}};
+    desktop.connected = {screen("Main", flat)};
     for (const auto* const title : {"a", "b", "c", "d", "e"}) {
         desktop.focus(open(title, rectAt(10, 20, 300, 100)));
     }

@@ -16,7 +16,6 @@ namespace {
 class MemoryTray final : public Tray {
 public:
     std::optional<StatusItemFace> shown;
-    int menuUpdates = 0;
 
     void become(Presence presence) {
         presence_ = presence;
@@ -33,7 +32,7 @@ public:
 
     void hide() override { shown.reset(); }
 
-    void updateMenu() override { ++menuUpdates; }
+    void updateMenu() override {}
 
 private:
     Presence presence_ = Presence::unknown;
@@ -87,21 +86,6 @@ TEST_F(TrayItemTest, goesToTheOtherKindOnlyWhereThePreferredOneStaysAway) {
     scheduler.advance(TrayItem::patience * 2);
     EXPECT_FALSE(fallback.shown);
     EXPECT_EQ(scheduler.pendingTasks(), 0U);
-}
-
-TEST_F(TrayItemTest, everyPlaceThatShowsItHearsOfChanges) {
-    item.setFace({.accessibleLabel = "too early"});
-    install();
-    scheduler.advance(TrayItem::patience);
-    const StatusItemFace marked{.accessibleLabel = "Karto — update", .hasUpdateMark = true};
-    item.setFace(marked);
-    item.updateMenu();
-    for (auto* tray : {&preferred, &fallback}) {
-        EXPECT_EQ(tray->shown, marked);
-        EXPECT_EQ(tray->menuUpdates, 1);
-    }
-    installed.reset();
-    EXPECT_FALSE(preferred.shown || fallback.shown || item.isShown());
 }
 
 TEST(MenuExport, aNumberNeverMeansAnotherLineThanThePersonSaw) {

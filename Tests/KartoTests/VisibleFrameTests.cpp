@@ -10,8 +10,8 @@ using ::testing::ElementsAre;
 
 constexpr Size wide{.width = 3000, .height = 1200};
 // Side by side, the right one lower and shorter.
-constexpr Rect leftMonitor{.x = 0, .y = 0, .width = 1920, .height = 1200};
-constexpr Rect rightMonitor{.x = 1920, .y = 100, .width = 1080, .height = 1000};
+constexpr Rect leftMonitor{0, 0, 1920, 1200};
+constexpr Rect rightMonitor{1920, 100, 1080, 1000};
 
 std::vector<Rect> leftOf(const std::vector<std::uint32_t>& partial,
                          const std::vector<std::uint32_t>& plain = {}) {
@@ -24,8 +24,7 @@ namespace corner {
 
 constexpr Size desktop{.width = 1880, .height = 1024};
 constexpr Rect root{.width = 1880, .height = 1024};
-constexpr std::array monitors{Rect{.x = 0, .y = 0, .width = 1280, .height = 800},
-                              Rect{.x = 1280, .y = 0, .width = 600, .height = 1024}};
+constexpr std::array monitors{Rect{0, 0, 1280, 800}, Rect{1280, 0, 600, 1024}};
 
 // A panel along an edge of a monitor.
 struct Panel {
@@ -42,14 +41,14 @@ struct Panel {
 };
 
 const std::vector<Panel> panels{
-    {"left of Studio", 0, Edge::left, {.x = 0, .y = 0, .width = 30, .height = 800}},
-    {"top of Studio", 0, Edge::top, {.x = 0, .y = 0, .width = 1280, .height = 30}},
-    {"right of Studio", 0, Edge::right, {.x = 1250, .y = 0, .width = 30, .height = 800}},
-    {"bottom of Studio", 0, Edge::bottom, {.x = 0, .y = 770, .width = 1280, .height = 30}},
-    {"left of Tower", 1, Edge::left, {.x = 1280, .y = 0, .width = 30, .height = 1024}},
-    {"top of Tower", 1, Edge::top, {.x = 1280, .y = 0, .width = 600, .height = 30}},
-    {"right of Tower", 1, Edge::right, {.x = 1850, .y = 0, .width = 30, .height = 1024}},
-    {"bottom of Tower", 1, Edge::bottom, {.x = 1280, .y = 994, .width = 600, .height = 30}},
+    {"left of Studio", 0, Edge::left, {0, 0, 30, 800}},
+    {"top of Studio", 0, Edge::top, {0, 0, 1280, 30}},
+    {"right of Studio", 0, Edge::right, {1250, 0, 30, 800}},
+    {"bottom of Studio", 0, Edge::bottom, {0, 770, 1280, 30}},
+    {"left of Tower", 1, Edge::left, {1280, 0, 30, 1024}},
+    {"top of Tower", 1, Edge::top, {1280, 0, 600, 30}},
+    {"right of Tower", 1, Edge::right, {1850, 0, 30, 1024}},
+    {"bottom of Tower", 1, Edge::bottom, {1280, 994, 600, 30}},
 };
 
 Rect without(Rect rect, Edge edge, double depth) {
@@ -94,16 +93,15 @@ const std::vector<Rect> untouched(monitors.begin(), monitors.end());
 TEST(Struts, countWhereTheirInnerEdgeLies) {
     // A panel at the bottom of the left monitor; the right one ends 100 pixels above.
     EXPECT_THAT(leftOf({0, 0, 0, 40, 0, 0, 0, 0, 0, 0, 0, 1919}),
-                ElementsAre(Rect{.x = 0, .y = 0, .width = 1920, .height = 1160}, rightMonitor));
+                ElementsAre(Rect{0, 0, 1920, 1160}, rightMonitor));
     // The same, reserved over the whole width by the older property.
-    EXPECT_THAT(leftOf({}, {0, 0, 0, 40}),
-                ElementsAre(Rect{.x = 0, .y = 0, .width = 1920, .height = 1160}, rightMonitor));
+    EXPECT_THAT(leftOf({}, {0, 0, 0, 40}), ElementsAre(Rect{0, 0, 1920, 1160}, rightMonitor));
     // A panel at the top of the right monitor, measured from the top of the desktop.
     EXPECT_THAT(leftOf({0, 0, 130, 0, 0, 0, 0, 0, 1920, 2999, 0, 0}),
-                ElementsAre(leftMonitor, Rect{.x = 1920, .y = 130, .width = 1080, .height = 970}));
+                ElementsAre(leftMonitor, Rect{1920, 130, 1080, 970}));
     // One at the right monitor's left side reaches across the left monitor, which stays whole.
     EXPECT_THAT(leftOf({1980, 0, 0, 0, 100, 1099, 0, 0, 0, 0, 0, 0}),
-                ElementsAre(leftMonitor, Rect{.x = 1980, .y = 100, .width = 1020, .height = 1000}));
+                ElementsAre(leftMonitor, Rect{1980, 100, 1020, 1000}));
     // Beside the monitor's range, exactly at its edge, beyond the desktop, too short to be a strut.
     EXPECT_THAT(leftOf({0, 60, 0, 0, 0, 0, 0, 99, 0, 0, 0, 0}), ElementsAre(leftMonitor, rightMonitor));
     EXPECT_THAT(leftOf({1920, 0, 0, 100, 0, 1199, 0, 0, 0, 0, 1920, 2999}),
@@ -116,8 +114,7 @@ TEST(Struts, addUpAndLeaveAMonitorWholeThatTheyWouldCover) {
     const std::vector<Strut> bands{{.edge = Edge::left, .depth = 50, .span = {.from = 0, .to = 1200}},
                                    {.edge = Edge::left, .depth = 70, .span = {.from = 0, .to = 1200}},
                                    {.edge = Edge::top, .depth = 30, .span = {.from = 0, .to = 1920}}};
-    EXPECT_EQ(visibleFrame(leftMonitor, wide, bands),
-              (Rect{.x = 70, .y = 30, .width = 1850, .height = 1170}));
+    EXPECT_EQ(visibleFrame(leftMonitor, wide, bands), (Rect{70, 30, 1850, 1170}));
     const std::vector<Strut> crossing{{.edge = Edge::top, .depth = 700, .span = {.from = 0, .to = 1920}},
                                       {.edge = Edge::bottom, .depth = 600, .span = {.from = 0, .to = 1920}}};
     EXPECT_EQ(visibleFrame(leftMonitor, wide, crossing), leftMonitor);
@@ -153,12 +150,11 @@ TEST(VisibleFrames, knowStrutsAndPanelsOfTheManagerSideBySide) {
     const Strut strut = panels[7].band();
     // The one declares the sum, as if the strut were measured from the first monitor.
     const Strut own{.edge = Edge::bottom, .depth = 250, .span = {.from = 0, .to = 1280}};
-    EXPECT_THAT(visible({strut}, {own}, Rect{.x = 0, .y = 0, .width = 1880, .height = 770}),
-                ElementsAre(Rect{.x = 0, .y = 0, .width = 1280, .height = 774},
-                            Rect{.x = 1280, .y = 0, .width = 600, .height = 994}));
+    EXPECT_THAT(visible({strut}, {own}, Rect{0, 0, 1880, 770}),
+                ElementsAre(Rect{0, 0, 1280, 774}, Rect{1280, 0, 600, 994}));
     // A margin below a strut.
-    EXPECT_THAT(visible({strut}, {}, Rect{.x = 0, .y = 0, .width = 1880, .height = 980}),
-                ElementsAre(monitors[0], Rect{.x = 1280, .y = 0, .width = 600, .height = 980}));
+    EXPECT_THAT(visible({strut}, {}, Rect{0, 0, 1880, 980}),
+                ElementsAre(monitors[0], Rect{1280, 0, 600, 980}));
 }
 
 TEST(VisibleFrames, ignoreAreasThatMakeNoSense) {
@@ -166,7 +162,7 @@ TEST(VisibleFrames, ignoreAreasThatMakeNoSense) {
     const Strut left = panels[4].band();
     const auto besideIt = monitorsWithout({1}, Edge::left);
     // Half of the desktop, where a strut reaches in farther than that.
-    EXPECT_EQ(visible({left}, {}, Rect{.x = 940, .y = 0, .width = 940, .height = 1024}), besideIt);
+    EXPECT_EQ(visible({left}, {}, Rect{940, 0, 940, 1024}), besideIt);
     // One monitor, or what both have in common, or a desktop that was smaller.
     for (const Rect& area :
          {monitors[0], monitors[1], Rect{.width = 1880, .height = 800}, Rect{.width = 640, .height = 480}}) {
@@ -176,19 +172,19 @@ TEST(VisibleFrames, ignoreAreasThatMakeNoSense) {
     // A strut at the right of the first monitor, taken from the second one, too; and one larger than a
     // monitor.
     EXPECT_EQ(visible({panels[2].band()}, {}, Rect{.width = 1250, .height = 1024},
-                      {panels[2].place, {.x = 1280, .y = 800, .width = 600, .height = 224}}),
+                      {panels[2].place, {1280, 800, 600, 224}}),
               monitorsWithout({0}, Edge::right));
 }
 
 TEST(VisibleFrames, takeNoOtherWindowForAPanel) {
     using namespace corner;
-    const Rect declared{.x = 40, .y = 0, .width = 1800, .height = 774};
-    for (const Rect& window : {Rect{.x = 0, .y = 774, .width = 1280, .height = 25},  // not at the edge
-                               Rect{.x = 0, .y = 0, .width = 1280, .height = 30},    // where nothing is taken
-                               Rect{.x = 0, .y = 0, .width = 1, .height = 1024},     // a helper
-                               Rect{.x = 0, .y = 400, .width = 1280, .height = 400}, // too thick
-                               Rect{.x = 0, .y = 0, .width = 60, .height = 800}, // thicker than what is taken
-                               Rect{.x = 300, .y = 1000, .width = 200, .height = 24}}) // where no monitor is
+    const Rect declared{40, 0, 1800, 774};
+    for (const Rect& window : {Rect{0, 774, 1280, 25},    // not at the edge
+                               Rect{0, 0, 1280, 30},      // where nothing is taken
+                               Rect{0, 0, 1, 1024},       // a helper
+                               Rect{0, 400, 1280, 400},   // too thick
+                               Rect{0, 0, 60, 800},       // thicker than what is taken
+                               Rect{300, 1000, 200, 24}}) // where no monitor is
     {
         EXPECT_EQ(panelBand(window, monitors, desktop, declared), std::nullopt)
             << window.x << " " << window.y;
@@ -200,8 +196,7 @@ TEST(WorkAreas, areReadByDesktopWithoutNonsense) {
     EXPECT_THAT(areas(std::vector<std::uint32_t>{0, 0, 1880, 1000, 0, 0, 0, 1024, 0, 0, 1881, 1024,
                                                  0xFFFFFFFF, 0, 1880, 1024, 1, 2},
                       desktop),
-                ElementsAre(Rect{.x = 0, .y = 0, .width = 1880, .height = 1000}, std::nullopt, std::nullopt,
-                            std::nullopt));
+                ElementsAre(Rect{0, 0, 1880, 1000}, std::nullopt, std::nullopt, std::nullopt));
 }
 
 } // namespace karto::x11

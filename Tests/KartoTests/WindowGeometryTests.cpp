@@ -18,7 +18,7 @@ WindowFacts facts(Insets decoration, Insets shadow) {
 TEST(WindowGeometry, theVisibleFrameFillsTheFrameAskedFor) {
     constexpr Insets titleBar{.left = 1, .right = 2, .top = 24, .bottom = 3};
     constexpr Insets ownShadow{.left = 26, .right = 26, .top = 23, .bottom = 29};
-    constexpr Rect target{.x = 100, .y = 50, .width = 640, .height = 480};
+    constexpr Rect target{100, 50, 640, 480};
     for (auto window :
          {facts(titleBar, {}), facts({}, ownShadow), facts(titleBar, ownShadow), facts({}, {})}) {
         const auto area = clientAreaFor(target, window);
@@ -36,8 +36,7 @@ TEST(WindowGeometry, windowsInAdjacentZonesMeetOnOnePixel) {
     for (int columns = 1; columns < 40; ++columns) {
         int edge = 0;
         for (int i = 0; i < columns; ++i) {
-            const auto area = clientAreaFor(
-                {.x = width * i / columns, .y = 0, .width = width / columns, .height = 100}, window);
+            const auto area = clientAreaFor({width * i / columns, 0, width / columns, 100}, window);
             EXPECT_EQ(area.x, edge);
             edge = area.x + area.width;
         }
@@ -46,8 +45,8 @@ TEST(WindowGeometry, windowsInAdjacentZonesMeetOnOnePixel) {
 }
 
 TEST(WindowGeometry, noFrameIsTooSmallForAWindow) {
-    const auto area = clientAreaFor({.x = 0, .y = 0, .width = 10, .height = 10},
-                                    facts({.left = 8, .right = 8, .top = 30, .bottom = 8}, {}));
+    const auto area =
+        clientAreaFor({0, 0, 10, 10}, facts({.left = 8, .right = 8, .top = 30, .bottom = 8}, {}));
     EXPECT_EQ(area.width, 1);
     EXPECT_EQ(area.height, 1);
 }
@@ -81,7 +80,7 @@ TEST(WindowGeometry, sizeHintsBoundTheSize) {
              {hints(steps | minimum, 10, 0, 7, 0), 500},
              {hints(steps, 0, 0, 0, 0), 500},
          }) {
-        EXPECT_EQ(constrained({.x = 0, .y = 0, .width = 500, .height = 500}, hint).width, width);
+        EXPECT_EQ(constrained({0, 0, 500, 500}, hint).width, width);
     }
 }
 

@@ -11,18 +11,15 @@ namespace {
 
 using ::testing::ElementsAre;
 
-constexpr Rect left{.x = 0, .y = 0, .width = 1000, .height = 800};
-constexpr Rect right{.x = 1000, .y = 0, .width = 2000, .height = 1600};
+constexpr Rect left{0, 0, 1000, 800};
+constexpr Rect right{1000, 0, 2000, 1600};
 constexpr std::array displays{left, right};
-constexpr Rect onLeft{.x = 100, .y = 100, .width = 300, .height = 200};
-constexpr Rect onRight{.x = 1100, .y = 100, .width = 300, .height = 200};
+constexpr Rect onLeft{100, 100, 300, 200};
+constexpr Rect onRight{1100, 100, 300, 200};
 
 class WindowServiceTest : public ::testing::Test {
 protected:
-    WindowServiceTest() {
-        desktop.connected = {{.name = "L", .frame = left, .visibleFrame = left},
-                             {.name = "R", .frame = right, .visibleFrame = right}};
-    }
+    WindowServiceTest() { desktop.connected = {screen("L", left), screen("R", right)}; }
 
     std::vector<WindowHandle> listed(std::size_t display) {
         std::vector<WindowHandle> handles;
@@ -58,9 +55,9 @@ TEST_F(WindowServiceTest, listsOnlyOrdinaryWindowsOfRegularApplicationsOnTheDisp
     const auto ordinary = desktop.open(editor, {.frame = onLeft});
     const auto unknownState =
         desktop.open(editor, {.frame = onLeft, .isMinimized = std::nullopt, .isFullscreen = std::nullopt});
-    const Rect astride{.x = 900, .y = 0, .width = 200, .height = 200};
+    const Rect astride{900, 0, 200, 200};
     const auto straddling = desktop.open(editor, {.frame = astride});
-    const Rect mostlyRight{.x = 990, .y = 0, .width = 200, .height = 200};
+    const Rect mostlyRight{990, 0, 200, 200};
     for (const MemoryWindow& skipped :
          {MemoryWindow{.frame = onLeft, .isStandard = false},
           MemoryWindow{.frame = onLeft, .isStandard = std::nullopt},
@@ -68,7 +65,7 @@ TEST_F(WindowServiceTest, listsOnlyOrdinaryWindowsOfRegularApplicationsOnTheDisp
           MemoryWindow{.frame = onLeft, .isFullscreen = true},
           MemoryWindow{.frame = onLeft, .isPositionReadable = false},
           MemoryWindow{.frame = onLeft, .isSizeReadable = false}, MemoryWindow{.frame = mostlyRight},
-          MemoryWindow{.frame = {.x = -500, .y = -500, .width = 100, .height = 100}}}) {
+          MemoryWindow{.frame = {-500, -500, 100, 100}}}) {
         desktop.open(editor, skipped);
     }
     const auto agent = desktop.launch("Agent");
@@ -90,32 +87,12 @@ TEST_F(WindowServiceTest, raisingBringsTheWindowAndItsApplicationToTheFront) {
     EXPECT_THAT(listed(1), ElementsAre(below, topmost, inEditor));
 }
 
-TEST_F(WindowServiceTest, snapshotsCarryWhatTheSwitcherShows) {
-    const auto icon = std::make_shared<const Image>();
-    desktop.application(editor).icon = icon;
-    const auto anonymous = desktop.launch(std::nullopt);
-    const auto titled = desktop.open(editor, {.frame = onLeft, .title = "notes"});
-    const auto untitled = desktop.open(anonymous, {.frame = onLeft, .title = ""});
-    EXPECT_THAT(service.windows(0, displays), ElementsAre(WindowSnapshot{.element = titled,
-                                                                         .frame = onLeft,
-                                                                         .appName = "Editor",
-                                                                         .title = "notes",
-                                                                         .icon = icon,
-                                                                         .pid = editor},
-                                                          WindowSnapshot{.element = untitled,
-                                                                         .frame = onLeft,
-                                                                         .appName = std::nullopt,
-                                                                         .title = std::nullopt,
-                                                                         .icon = nullptr,
-                                                                         .pid = anonymous}));
-}
-
 TEST_F(WindowServiceTest, aWindowKeptOnItsScreenArrivesWholeOnAnother) {
     const auto window = desktop.open(editor, {.frame = onLeft, .staysOnScreen = true});
-    const Rect larger{.x = 2000, .y = 0, .width = 1000, .height = 1600};
+    const Rect larger{2000, 0, 1000, 1600};
     service.setFrame(larger, window);
     EXPECT_EQ(service.frame(window), larger);
-    const Rect smaller{.x = 500, .y = 0, .width = 500, .height = 800};
+    const Rect smaller{500, 0, 500, 800};
     service.setFrame(smaller, window);
     EXPECT_EQ(service.frame(window), smaller);
 }

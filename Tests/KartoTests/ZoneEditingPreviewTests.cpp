@@ -29,10 +29,6 @@ Picture describe(const OverlayContentView& view, const StageStyle& /*style*/) {
     return pictureNamed(name);
 }
 
-Screen screen(std::string name, const Rect& frame) {
-    return {.name = std::move(name), .frame = frame, .visibleFrame = frame};
-}
-
 // A preview of an editor whose edits are applied and shown at once.
 class ZoneEditingPreviewTest : public OverlayFixture {
 protected:
@@ -71,8 +67,8 @@ protected:
     [[nodiscard]] double mainBoundary() const { return editor.config().displays.front().root.split()->at; }
 
     void beginDrag() {
-        main().press({.x = 500, .y = 100});
-        main().drag({.x = 560, .y = 100});
+        main().press({500, 100});
+        main().drag({560, 100});
         heard.clear();
     }
 
@@ -99,16 +95,16 @@ TEST_F(ZoneEditingPreviewTest, displaysWithALayoutOfTheirOrientationAreEdited) {
 }
 
 TEST_F(ZoneEditingPreviewTest, everyMoveIsAnEditPaintedOnceAndTheReleaseMakesOneUndoStep) {
-    main().press({.x = 500, .y = 100});
+    main().press({500, 100});
     for (int x = 551; x <= 560; ++x) {
-        main().drag({.x = double(x), .y = 100}, {.bits = ModifierBits::option});
+        main().drag({double(x), 100}, {.bits = ModifierBits::option});
         EXPECT_EQ(stage.shown().front(), "marked dragging ");
         EXPECT_EQ(main().cursor, Cursor::resizeLeftRight);
     }
     EXPECT_EQ(heard, std::vector<std::string>(10, dragged));
     EXPECT_EQ(main().timesPainted, 12);
     EXPECT_FALSE(editor.canUndo());
-    main().release({.x = 560, .y = 100});
+    main().release({560, 100});
     EXPECT_EQ(heard.back(), committed);
     EXPECT_EQ(heard.size(), 11U);
     EXPECT_EQ(mainBoundary(), 0.56);
@@ -122,10 +118,10 @@ TEST_F(ZoneEditingPreviewTest, everyMoveIsAnEditPaintedOnceAndTheReleaseMakesOne
 }
 
 TEST_F(ZoneEditingPreviewTest, aPointerThatChangesNothingPaintsNothing) {
-    main().move({.x = 100, .y = 100});
+    main().move({100, 100});
     const int before = main().timesPainted;
     for (int x = 101; x < 200; ++x) {
-        main().move({.x = double(x), .y = 100});
+        main().move({double(x), 100});
     }
     EXPECT_EQ(main().timesPainted, before);
     EXPECT_EQ(scheduler.pendingTasks(), 0U);
@@ -134,30 +130,12 @@ TEST_F(ZoneEditingPreviewTest, aPointerThatChangesNothingPaintsNothing) {
 }
 
 TEST_F(ZoneEditingPreviewTest, aSplitShowsTheButtonsOfTheZoneThatIsUnderThePointerNow) {
-    main().move({.x = 210, .y = 400});
-    main().press({.x = 210, .y = 400});
-    main().release({.x = 210, .y = 400});
+    main().move({210, 400});
+    main().press({210, 400});
+    main().release({210, 400});
     EXPECT_THAT(heard, ElementsAre("Main 0"));
     EXPECT_EQ(stage.shown().front(), "buttons 2 ");
     EXPECT_EQ(clicks, 0);
-}
-
-TEST_F(ZoneEditingPreviewTest, aDisplayThatChangesInTheMiddleOfADragEndsIt) {
-    const std::vector before = desktop.connected;
-    for (const auto& after :
-         {std::vector{screen("Side", sideFrame)},
-          std::vector{screen("Main", rectAt(0, 0, 800, 1000)), before.back()}, std::vector{before.front()}}) {
-        desktop.connect(before);
-        show();
-        beginDrag();
-        desktop.connect(after);
-        show();
-        EXPECT_THAT(heard, ElementsAre(committed));
-        EXPECT_TRUE(editor.canUndo());
-        main().move({.x = 580, .y = 100});
-        EXPECT_THAT(heard, ElementsAre(committed));
-        editor.undo();
-    }
 }
 
 TEST_F(ZoneEditingPreviewTest, theEndOfThePreviewOrOfActivityEndsADrag) {
@@ -178,28 +156,28 @@ TEST_F(ZoneEditingPreviewTest, theEndOfThePreviewOrOfActivityEndsADrag) {
 }
 
 TEST_F(ZoneEditingPreviewTest, whoHearsOfAnEditMayEndThePreviewOrChangeTheDisplays) {
-    main().press({.x = 500, .y = 100});
+    main().press({500, 100});
     whenHeard = [&] { desktop.connect({desktop.connected.front()}); };
-    main().drag({.x = 560, .y = 100});
+    main().drag({560, 100});
     whenHeard = nullptr;
     EXPECT_THAT(heard, ElementsAre(dragged, committed));
     EXPECT_EQ(stage.windows.size(), 1U);
-    main().press({.x = 560, .y = 100});
+    main().press({560, 100});
     whenHeard = [&] { overlay.endPreview(); };
-    main().drag({.x = 580, .y = 100});
+    main().drag({580, 100});
     EXPECT_THAT(stage.shown(), IsEmpty());
 }
 
 TEST_F(ZoneEditingPreviewTest, aButtonExplainsItselfToAPointerThatRests) {
-    main().move({.x = 210, .y = 400});
+    main().move({210, 400});
     scheduler.advance(500ms);
-    main().move({.x = 211, .y = 400});
+    main().move({211, 400});
     scheduler.advance(699ms);
     EXPECT_EQ(stage.shown().front(), "buttons 1 ");
     scheduler.advance(1ms);
     EXPECT_EQ(stage.shown().front(), "buttons 1 help");
     EXPECT_EQ(scheduler.pendingTasks(), 0U);
-    main().move({.x = 230, .y = 400});
+    main().move({230, 400});
     EXPECT_EQ(stage.shown().front(), "buttons 1 ");
     scheduler.advance(5s);
     EXPECT_EQ(stage.shown().front(), "buttons 1 ");

@@ -113,7 +113,7 @@ void MemoryDesktop::setPosition(WindowHandle window, Point position) {
     }
     Rect& frame = moved->frame;
     if (moved->staysOnScreen) {
-        const Rect screen = screenOf({.x = position.x, .y = position.y, .width = 1, .height = 1});
+        const Rect screen = screenOf({position.x, position.y, 1, 1});
         position = {.x = std::max(screen.x, std::min(position.x, screen.maxX() - frame.width)),
                     .y = std::max(screen.y, std::min(position.y, screen.maxY() - frame.height))};
     }
@@ -205,7 +205,7 @@ Registration MemoryDesktop::observeKeyboardChanges(std::function<void()> onChang
 }
 
 Registration MemoryDesktop::observe(std::function<void(ModifierFlags)> onChange) {
-    return reportsModifiers ? modifierObservers_.add(std::move(onChange)) : Registration();
+    return modifierObservers_.add(std::move(onChange));
 }
 
 std::size_t MemoryDesktop::runAlert(const Alert& alert) {

@@ -15,9 +15,15 @@
 #include <optional>
 #include <set>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace karto::testing {
+
+// One without panels.
+inline Screen screen(std::string name, const Rect& frame) {
+    return {.name = std::move(name), .frame = frame, .visibleFrame = frame};
+}
 
 // An absent attribute cannot be read.
 struct MemoryWindow {
@@ -93,16 +99,11 @@ public:
     void changeKeyboard() { keyboardObservers_.notify(); }
 
     // Modifier keys.
-    bool reportsModifiers = true;
     void hold(ModifierFlags flags);
 
     void holdUnreported(ModifierFlags flags) { held_ = flags; }
 
-    // Dialogs, panels and standard output.
-    std::vector<About> abouts;
-    bool isTerminated = false;
-    // Files opened with their applications.
-    std::vector<std::string> openedFiles;
+    // Dialogs and standard output.
     std::vector<Alert> alerts;
     std::size_t answer = 0;
     std::vector<std::string> printed;
@@ -148,18 +149,14 @@ public:
 
     std::size_t runAlert(const Alert& alert) override;
 
-    void showAbout(const About& about) override { abouts.push_back(about); }
+    void showAbout(const About& /*about*/) override {}
 
-    void terminate() override {
-        isTerminated = true;
-        terminationObservers_.notify();
-    }
+    void terminate() override { terminationObservers_.notify(); }
 
     void print(const std::string& text) override { printed.push_back(text); }
 
-    void openFile(const std::string& path, std::function<void(const std::string&)> /*onFailure*/) override {
-        openedFiles.push_back(path);
-    }
+    void openFile(const std::string& /*path*/,
+                  std::function<void(const std::string&)> /*onFailure*/) override {}
 
     Registration observeTermination(std::function<void()> onTermination) override {
         return terminationObservers_.add(std::move(onTermination));

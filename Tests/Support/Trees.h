@@ -24,9 +24,7 @@ std::ostream& operator<<(std::ostream& out, const LayoutNode& node);
 
 namespace karto::testing {
 
-constexpr Rect rectAt(double x, double y, double width, double height) {
-    return {.x = x, .y = y, .width = width, .height = height};
-}
+constexpr Rect rectAt(double x, double y, double width, double height) { return {x, y, width, height}; }
 
 LayoutNode zone(std::optional<std::int64_t> pinnedOrder = std::nullopt);
 LayoutNode columns(double at, LayoutNode left, LayoutNode right);

@@ -163,16 +163,6 @@ TEST(OverlayContentView, withoutTranslucencyPixelsAreOpaqueOrCutOut) {
     }
 }
 
-TEST(OverlayContentView, buttonsLieAboveTheNumber) {
-    auto view = zonesOn(rectAt(50, 30, 400, 200), {{.number = 1, .rect = rectAt(50, 30, 200, 200)},
-                                                   {.number = 2, .rect = rectAt(250, 30, 200, 200)}});
-    view.editing.emplace().root = columns(0.5, zone(), zone());
-    OverlayPainter painter;
-    const auto before = painter.paint(view, {}).tiles.size();
-    view.editing->buttonsFor = NodePath{.branches = {Branch::second}};
-    EXPECT_EQ(painter.paint(view, {}).tiles.size(), before + ZoneButtons::all.size());
-}
-
 TEST(OverlayContentView, equalPartsShareTheirImages) {
     OverlayPainter painter;
     const auto view = zonesOn(rectAt(0, 0, 400, 200), {{.number = 1, .rect = rectAt(0, 0, 200, 200)},

@@ -164,20 +164,19 @@ TEST(ZoneEditingView, theReadoutStaysOnTheDisplayAndItsDigitsDoNotMove) {
             view.pointer = pointer;
             return paint(view, style(scale)).tiles.back();
         };
-        const auto middle = readoutAt({.x = 400, .y = 300});
+        const auto middle = readoutAt({400, 300});
         EXPECT_LE(std::abs(2 * middle.area.x + middle.area.width - 800), 1);
         EXPECT_LE(std::abs(2 * middle.area.y + middle.area.height - 2 * (300 - int(34 * scale))), 1);
-        for (const Point corner :
-             {Point{.x = 0, .y = 0}, Point{.x = 799, .y = 599}, Point{.x = -90, .y = 900}}) {
+        for (const Point corner : {Point{0, 0}, Point{799, 599}, Point{-90, 900}}) {
             EXPECT_TRUE(QRect(0, 0, 800, 600).contains(rectOf(readoutAt(corner).area)));
         }
         // 11% and 88, 58 or 44 points; 12% and 96, 64 or 48.
         view.root = columns(0.11, zone(), zone());
-        const auto ones = readoutAt({.x = 400, .y = 300}).image->width;
+        const auto ones = readoutAt({400, 300}).image->width;
         view.root = columns(0.08, zone(), zone());
-        EXPECT_LT(readoutAt({.x = 400, .y = 300}).image->width, ones);
+        EXPECT_LT(readoutAt({400, 300}).image->width, ones);
         view.root = columns(0.12, zone(), zone());
-        EXPECT_EQ(readoutAt({.x = 400, .y = 300}).image->width, ones);
+        EXPECT_EQ(readoutAt({400, 300}).image->width, ones);
     }
 }
 
@@ -206,7 +205,7 @@ TEST(ZoneEditingView, withoutTranslucencyPixelsAreOpaqueOrCutOut) {
     hovered.showsHelp = true;
     ZoneEditingView dragged = viewOf(three);
     dragged.dragging = dragged.hot = right;
-    dragged.pointer = {.x = 500, .y = 150};
+    dragged.pointer = {500, 150};
     for (const double scale : scales) {
         for (const auto& view : {hovered, dragged}) {
             EXPECT_TRUE(isOpaqueOrClear(painted(view, style(scale, false))));
