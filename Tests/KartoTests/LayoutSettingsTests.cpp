@@ -129,6 +129,25 @@ TEST_F(LayoutSettingsTest, aPresetReplacesTheLayoutOfTheSelectedDisplay) {
     EXPECT_FALSE(model.selectedZonePath());
 }
 
+TEST_F(LayoutSettingsTest, startingOverGivesEveryDisplayThePresetOfItsOrientation) {
+    using LayoutSettings::Content;
+    model.replaceEditor(LayoutEditor::empty("default"));
+    model.update([](SettingsModel::Status& status) {
+        status.loadError = "old";
+        status.isLegacyFormat = true;
+    });
+    EXPECT_EQ(LayoutSettings::content(model.status()), Content::legacyFormat);
+    connect({wide, tall});
+    const auto& presets = LayoutPresets::all(Orientation::landscape);
+    LayoutSettings::startOver(presets.at(2), model);
+    EXPECT_EQ(ring(), "1 Wide, 2 Wide");
+    EXPECT_EQ(LayoutSettings::content(model.status()), Content::editor);
+    LayoutSettings::startOver(presets.at(0), model);
+    EXPECT_EQ(ring(), "1 Wide, 2 Wide, 3 Tall, 4 Tall");
+    model.update([](SettingsModel::Status& status) { status.loadError = "broken"; });
+    EXPECT_EQ(LayoutSettings::content(model.status()), Content::unreadableFile);
+}
+
 TEST(OverlaySettings, slidersSayTheirValueAndMoveWithoutUndoSteps) {
     LayoutEditor editor(configWith({}));
     std::vector<std::string> texts;

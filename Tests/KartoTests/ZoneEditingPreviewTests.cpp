@@ -138,6 +138,24 @@ TEST_F(ZoneEditingPreviewTest, aSplitShowsTheButtonsOfTheZoneThatIsUnderThePoint
     EXPECT_EQ(clicks, 0);
 }
 
+TEST_F(ZoneEditingPreviewTest, aDisplayThatChangesInTheMiddleOfADragEndsIt) {
+    const std::vector before = desktop.connected;
+    for (const auto& after :
+         {std::vector{screen("Side", sideFrame)},
+          std::vector{screen("Main", rectAt(0, 0, 800, 1000)), before.back()}, std::vector{before.front()}}) {
+        desktop.connect(before);
+        show();
+        beginDrag();
+        desktop.connect(after);
+        show();
+        EXPECT_THAT(heard, ElementsAre(committed));
+        EXPECT_TRUE(editor.canUndo());
+        main().move({580, 100});
+        EXPECT_THAT(heard, ElementsAre(committed));
+        editor.undo();
+    }
+}
+
 TEST_F(ZoneEditingPreviewTest, theEndOfThePreviewOrOfActivityEndsADrag) {
     beginDrag();
     stage.setActive(false);
