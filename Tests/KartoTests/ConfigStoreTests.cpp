@@ -309,13 +309,14 @@ TEST(ConfigStore, aFailureOfTheFilesIsReportedAndChangesNothing) {
         store.save(configOf(2)).error(),
         (SaveError{.message = "could not write " + started.path.native() + " — no space left on device"}));
     EXPECT_EQ(store.current(), before);
+    writeFile(started.path, configText(2));
     store.takeSnapshot();
     EXPECT_THAT(started.log.lines, IsEmpty());
     EXPECT_EQ(store.reload(), reloadedFromDisk);
     EXPECT_THAT(started.log.lines, ElementsAre("config: could not write backup to " +
                                                started.backup.native() + " — no space left on device"));
     started.files.writeError.reset();
-    EXPECT_TRUE(store.save(configOf(2)));
+    EXPECT_TRUE(store.save(configOf(3)));
     EXPECT_THAT(started.settled(), ElementsAre(ownWriteSuppressed));
 }
 
