@@ -2,7 +2,6 @@
 
 #include "Support/Trees.h"
 
-#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <functional>

@@ -9,15 +9,12 @@
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-
 namespace karto::testing {
 
 namespace {
 
 using ::testing::Contains;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 using namespace std::chrono_literals;
 
 const auto start = std::chrono::sys_days(std::chrono::year(2026) / 11 / 23) + 9h;

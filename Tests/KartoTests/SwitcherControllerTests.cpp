@@ -10,7 +10,6 @@
 #include "Support/MemoryStage.h"
 #include "Support/Trees.h"
 
-#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 namespace karto::testing {
