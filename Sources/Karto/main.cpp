@@ -132,7 +132,11 @@ int run(int& argumentCount, char** arguments, std::string& successor) {
     QtDescriptorWatch descriptors;
     SessionBus bus(descriptors);
     host.guardAgainst(bus);
-    host.activateWith([&connection](std::uint32_t window) { x11::activate(connection, window); });
+    auto* const toolkit = static_cast<xcb_connection_t*>(toolkitConnection());
+    const auto activate = [&connection, toolkit](std::uint32_t window) {
+        x11::activate(connection, toolkit, window);
+    };
+    host.activateWith(activate);
 
     x11::WindowManager windowManager(connection);
     DesktopEntries installed(DesktopEntries::Places::ofSession());
@@ -144,7 +148,7 @@ int run(int& argumentCount, char** arguments, std::string& successor) {
     x11::Screens screens(connection, scheduler);
     x11::HotKeyCenter hotKeyCenter(connection, scheduler);
     x11::ModifierEvents modifierEvents(connection);
-    x11::ToolkitKeyboard toolkitKeyboard(connection, static_cast<xcb_connection_t*>(toolkitConnection()));
+    x11::ToolkitKeyboard toolkitKeyboard(connection, toolkit);
     const auto focusMoves = observeFocus([&](std::uint32_t window) { toolkitKeyboard.focusMoved(window); });
     x11::ApplicationActivity activity(connection, accessibility, scheduler, getpid());
     QtDesktopTheme theme(bus);
@@ -218,9 +222,7 @@ int run(int& argumentCount, char** arguments, std::string& successor) {
                              {.general = general,
                               .host = host,
                               .configPath = fmt::format("{}/{}", home, ConfigStore::relativePath),
-                              .activate = [&connection](WindowHandle window) {
-                                  x11::activate(connection, window.id);
-                              }});
+                              .activate = [&activate](WindowHandle window) { activate(window.id); }});
                      }},
                 log, home);
     if (!agent.start()) {

@@ -160,8 +160,6 @@ void QtApplicationHost::showAbout(const About& about) {
 void QtApplicationHost::present(QWidget& window) const {
     window.show();
     window.raise();
-    // The window manager must have heard of the window before it is asked to activate it.
-    QGuiApplication::sync();
     if (activate_) {
         activate_(static_cast<std::uint32_t>(window.winId()));
     }

@@ -70,8 +70,6 @@ public:
             frame_->move(screen->availableGeometry().center() - frame_->rect().center());
         }
         frame_->show();
-        // The window manager must have heard of the window before it is asked to activate it.
-        QGuiApplication::sync();
         bringToFront();
     }
 

@@ -33,6 +33,12 @@ xcb_timestamp_t serverTime(Connection& connection) {
 
 } // namespace
 
+void activate(Connection& connection, xcb_connection_t* toolkit, xcb_window_t window) {
+    const Reply<xcb_get_input_focus_reply_t> roundTrip(
+        xcb_get_input_focus_reply(toolkit, xcb_get_input_focus(toolkit), nullptr));
+    activate(connection, window);
+}
+
 void activate(Connection& connection, xcb_window_t window) {
     connection.tellWindowManager(window, connection.atoms().netActiveWindow,
                                  {sourceIsPager, serverTime(connection), XCB_WINDOW_NONE, 0, 0});
