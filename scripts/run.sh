@@ -18,4 +18,4 @@ say "There is no X11 display here: building Karto and a private desktop to show 
 build release -DKARTO_BUILD_TESTS=ON -- karto showcase
 rm -rf build/showcase
 say "Starting the private desktop"
-exec build/release/Tests/DesktopTests/showcase build/showcase
+exec build/release/Showcase/showcase build/showcase
