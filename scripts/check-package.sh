@@ -33,6 +33,7 @@ equal "files of the package" "\
 -rw-r--r-- root/root ./usr/share/icons/hicolor/48x48/apps/karto.svg
 -rw-r--r-- root/root ./usr/share/icons/hicolor/scalable/apps/karto.svg
 -rw-r--r-- root/root ./usr/share/icons/hicolor/symbolic/apps/karto-symbolic.svg
+-rw-r--r-- root/root ./usr/share/lintian/overrides/karto
 -rw-r--r-- root/root ./usr/share/man/man1/karto.1.gz
 -rw-r--r-- root/root ./usr/share/metainfo/org.karto.Karto.metainfo.xml
 -rwxr-xr-x root/root ./usr/bin/karto" \
