@@ -10,14 +10,14 @@ namespace karto {
 
 struct MenuItem {
     // Shown as it is: no character of it marks a mnemonic.
-    std::string text = {};
+    std::string text = {}; // NOLINT(readability-redundant-member-init)
     bool isEnabled = true;
     // Absent for a line that is not switched on and off.
     std::optional<bool> isChecked = std::nullopt;
     // A line between groups, with nothing else to it.
     bool isSeparator = false;
     // The key that stands for the item together with the desktop's command modifier; empty without one.
-    std::string keyEquivalent = {};
+    std::string keyEquivalent = {}; // NOLINT(readability-redundant-member-init)
     // Empty for a line that only tells something.
     std::function<void()> action = nullptr;
 

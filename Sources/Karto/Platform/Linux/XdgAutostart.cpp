@@ -70,7 +70,7 @@ std::expected<void, std::string> XdgAutostart::registerItem() {
     if (!entry) {
         return std::unexpected(entry.error());
     }
-    if (*entry && (*entry)->isSwitchedOff) {
+    if (const auto& own = *entry; own && own->isSwitchedOff) {
         return std::unexpected(fmt::format("\"{}\" is switched off in the desktop's settings", path()));
     }
     auto outcome = files_.createDirectories(places_.folder);

@@ -142,7 +142,7 @@ void BusTray::exportItem() {
 // A person who opens the menu looks at the icon: it had better fit the panel.
 Menu BusTray::makeMenu() {
     refreshItem();
-    return content_->makeMenu();
+    return content_ ? content_->makeMenu() : Menu();
 }
 
 void BusTray::registerItem() {
@@ -170,7 +170,7 @@ void BusTray::setPresence(Presence presence) {
 }
 
 void BusTray::refreshItem() {
-    if (item_) {
+    if (item_ && content_) {
         item_->show(content_->drawIcon, content_->face, panels_.ink());
     }
 }

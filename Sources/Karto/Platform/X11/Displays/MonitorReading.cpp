@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <iterator>
 #include <span>
 #include <utility>
 
@@ -64,7 +65,10 @@ std::vector<MonitorRequest> requestMonitors(Connection& connection,
          xcb_randr_monitor_info_next(&next)) {
         found.push_back(next.data);
     }
-    std::ranges::stable_partition(found, [](const auto* monitor) { return monitor->primary != 0; });
+    const auto isPrimary = [](const auto* monitor) { return monitor->primary != 0; };
+    if (const auto primary = std::ranges::find_if(found, isPrimary); primary != found.end()) {
+        std::rotate(found.begin(), primary, std::next(primary));
+    }
     std::vector<MonitorRequest> requests;
     for (const auto* monitor : found) {
         if (std::ranges::find(requests, frameOf(*monitor), &MonitorRequest::frame) == requests.end()) {
@@ -86,6 +90,7 @@ std::vector<Monitor> awaitMonitors(Connection& connection, const std::vector<Mon
     }
     const auto names = displayNames(labels);
     std::vector<Monitor> monitors;
+    monitors.reserve(requests.size());
     for (std::size_t i = 0; i < requests.size(); ++i) {
         monitors.push_back({.name = names[i], .frame = requests[i].frame});
     }

@@ -45,6 +45,12 @@ bool cutByMonitor(std::span<const Rect> monitors, Size desktop, std::span<const 
             continue;
         }
         found = true;
+        const auto right = cut(*monitor, Edge::right, desktop, known, area);
+        const auto bottom = cut(*monitor, Edge::bottom, desktop, known, area);
+        if (right && bottom) {
+            // The monitor as it was before it got larger: the manager has not declared it anew yet.
+            continue;
+        }
         for (const Edge edge : allEdges) {
             if (const auto band = cut(*monitor, edge, desktop, known, area)) {
                 struts.push_back(*band);
