@@ -17,7 +17,6 @@ namespace karto {
 namespace {
 
 constexpr int lineGap = 12;
-constexpr auto usePreset = "Use a preset…";
 
 } // namespace
 
@@ -52,9 +51,9 @@ void LayoutSectionView::rebuild() {
 }
 
 void LayoutSectionView::buildLegacyFormat() {
-    auto* presets = presetButton(Orientation::landscape, [this](const LayoutPreset& preset) {
-        LayoutSettings::startOver(preset, model_);
-    });
+    auto* presets = presetButton();
+    listPresets(*presets->menu(), Orientation::landscape,
+                [this](const LayoutPreset& preset) { LayoutSettings::startOver(preset, model_); });
     addMessage("The layout format changed.",
                {new Text(TextRole::body,
                          "This file was written before Karto arranged zones as a tree, and can't be read "
@@ -107,8 +106,7 @@ void LayoutSectionView::buildEditor() {
     auto* header = new QHBoxLayout;
     name_ = new Text(TextRole::head);
     name_->setWordWrap(true);
-    presets_ = new Button(usePreset);
-    presets_->setMenu(new QMenu(presets_));
+    presets_ = presetButton();
     presetOrientation_.reset();
     header->addWidget(name_, 1);
     header->addWidget(presets_);
@@ -131,16 +129,19 @@ Button* LayoutSectionView::openConfigButton() {
     return button;
 }
 
-Button* LayoutSectionView::presetButton(Orientation orientation,
-                                        std::function<void(const LayoutPreset&)> onChoice) {
-    auto* button = new Button(usePreset);
-    auto* menu = new QMenu(button);
+Button* LayoutSectionView::presetButton() {
+    auto* button = new Button("Use a preset…");
+    button->setMenu(new QMenu(button));
+    return button;
+}
+
+void LayoutSectionView::listPresets(QMenu& menu, Orientation orientation,
+                                    const std::function<void(const LayoutPreset&)>& onChoice) {
+    menu.clear();
     for (const auto& preset : LayoutPresets::all(orientation)) {
-        connect(menu->addAction(QString::fromStdString(preset.name)), &QAction::triggered, this,
+        connect(menu.addAction(QString::fromStdString(preset.name)), &QAction::triggered, this,
                 [onChoice, &preset] { onChoice(preset); });
     }
-    button->setMenu(menu);
-    return button;
 }
 
 void LayoutSectionView::refresh() {
@@ -162,11 +163,8 @@ void LayoutSectionView::refreshEditor() {
     name_->setText(QString::fromStdString(nameText(display->name)));
     if (presetOrientation_ != display->orientation()) {
         presetOrientation_ = display->orientation();
-        presets_->menu()->clear();
-        for (const auto& preset : LayoutPresets::all(display->orientation())) {
-            connect(presets_->menu()->addAction(QString::fromStdString(preset.name)), &QAction::triggered,
-                    this, [this, &preset] { LayoutSettings::apply(preset, model_); });
-        }
+        listPresets(*presets_->menu(), display->orientation(),
+                    [this](const LayoutPreset& preset) { LayoutSettings::apply(preset, model_); });
     }
     if (auto warnings = LayoutSettings::warnings(model_); warnings != shownWarnings_) {
         shownWarnings_ = std::move(warnings);

@@ -12,6 +12,7 @@
 #include <utility>
 #include <vector>
 
+class QMenu;
 class QVBoxLayout;
 
 namespace karto {
@@ -38,7 +39,10 @@ private:
     void buildEditor();
     void addMessage(const QString& head, const std::vector<QWidget*>& parts);
     Button* openConfigButton();
-    Button* presetButton(Orientation orientation, std::function<void(const LayoutPreset&)> onChoice);
+    // Its menu is empty.
+    static Button* presetButton();
+    void listPresets(QMenu& menu, Orientation orientation,
+                     const std::function<void(const LayoutPreset&)>& onChoice);
     void refresh();
     void refreshEditor();
 

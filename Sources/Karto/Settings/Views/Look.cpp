@@ -73,6 +73,11 @@ QColor mixed(const QColor& a, const QColor& b, qreal share) {
                             static_cast<float>(channel(a.blueF(), b.blueF())));
 }
 
+QColor faint(QColor color, qreal opacity) {
+    color.setAlphaF(static_cast<float>(opacity));
+    return color;
+}
+
 QFont titleFont() {
     auto font = sized(titleSize);
     font.setWeight(QFont::DemiBold);

@@ -43,6 +43,9 @@ Colors colors(const QPalette& palette);
 // `share` of b, the rest of a.
 QColor mixed(const QColor& a, const QColor& b, qreal share);
 
+// The colour, as much of it as the opacity says.
+QColor faint(QColor color, qreal opacity);
+
 QFont titleFont();
 QFont semiboldFont();
 QFont captionFont();

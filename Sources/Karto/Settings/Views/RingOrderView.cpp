@@ -1,5 +1,6 @@
 #include "Karto/Settings/Views/RingOrderView.h"
 
+#include "Karto/Settings/Views/ListRow.h"
 #include "Karto/Settings/Views/Look.h"
 
 #include <QApplication>
@@ -16,8 +17,7 @@ namespace karto {
 
 namespace {
 
-constexpr int numberWidth = 20;
-constexpr int columnGap = 12;
+constexpr qreal dragOpacity = 0.1;
 
 } // namespace
 
@@ -45,18 +45,10 @@ public:
         , detail_(new Text(TextRole::caption))
         , pinned_(new Text(TextRole::caption, "pinned"))
         , pin_(new IconButton(Symbol::pin, {})) {
-        setFocusPolicy(Qt::StrongFocus);
-        setAttribute(Qt::WA_Hover);
-        setFixedHeight(look::rowHeight);
-        auto* line = new QHBoxLayout(this);
-        line->setContentsMargins(look::rowPadding, 0, look::rowPadding - 6, 0);
-        line->setSpacing(columnGap);
-        number_->setFixedWidth(numberWidth);
-        number_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        auto* line = layOutListRow(*this, *number_);
         name_->setElided();
         detail_->setWordWrap(false);
         pinned_->setWordWrap(false);
-        line->addWidget(number_);
         line->addWidget(name_);
         line->addWidget(detail_);
         line->addStretch();
@@ -88,20 +80,8 @@ public:
 
 protected:
     void paintEvent(QPaintEvent* /*event*/) override {
-        const auto colors = look::colors(palette());
-        QPainter painter(this);
-        const QRectF area = QRectF(rect()).adjusted(1, 1, -1, -1);
-        if (isDragged_ || underMouse()) {
-            auto ground = colors.text;
-            ground.setAlphaF(isDragged_ ? 0.1F : 0.04F);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(ground);
-            painter.drawRoundedRect(area, look::cardRadius - 1, look::cardRadius - 1);
-        }
-        if (hasFocus()) {
-            look::paintFocusRing(painter, area.adjusted(4, 4, -4, -4), look::controlRadius, colors.accent);
-        }
+        paintListRow(*this, isDragged_ ? std::optional(look::faint(look::colors(palette()).text, dragOpacity))
+                                       : std::nullopt);
     }
 
     void mousePressEvent(QMouseEvent* event) override {

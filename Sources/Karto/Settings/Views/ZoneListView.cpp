@@ -1,5 +1,6 @@
 #include "Karto/Settings/Views/ZoneListView.h"
 
+#include "Karto/Settings/Views/ListRow.h"
 #include "Karto/Settings/Views/Look.h"
 
 #include <QEvent>
@@ -15,8 +16,7 @@ namespace karto {
 
 namespace {
 
-constexpr int numberWidth = 20;
-constexpr int columnGap = 12;
+constexpr qreal selectedOpacity = 0.15;
 constexpr int valueGap = 16;
 constexpr auto splitColumnsHelp = "Split into two columns";
 constexpr auto splitRowsHelp = "Split into two rows";
@@ -63,16 +63,8 @@ public:
         , rowsOf_(new IconButton(Symbol::splitRows, splitRowsHelp))
         , remove_(new IconButton(Symbol::trash, {})) {
         setCheckable(true);
-        setFocusPolicy(Qt::StrongFocus);
-        setAttribute(Qt::WA_Hover);
-        setFixedHeight(look::rowHeight);
-        auto* line = new QHBoxLayout(this);
-        line->setContentsMargins(look::rowPadding, 0, look::rowPadding - 6, 0);
-        line->setSpacing(columnGap);
-        number_->setFixedWidth(numberWidth);
-        number_->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+        auto* line = layOutListRow(*this, *number_);
         number_->setAttribute(Qt::WA_TransparentForMouseEvents);
-        line->addWidget(number_);
         line->addWidget(rect_, 1);
         auto* buttons = new QHBoxLayout;
         buttons->setSpacing(4);
@@ -111,20 +103,9 @@ protected:
     void nextCheckState() override {}
 
     void paintEvent(QPaintEvent* /*event*/) override {
-        const auto colors = look::colors(palette());
-        QPainter painter(this);
-        const QRectF area = QRectF(rect()).adjusted(1, 1, -1, -1);
-        if (isChecked() || underMouse()) {
-            auto ground = isChecked() ? colors.accent : colors.text;
-            ground.setAlphaF(isChecked() ? 0.15F : 0.04F);
-            painter.setRenderHint(QPainter::Antialiasing);
-            painter.setPen(Qt::NoPen);
-            painter.setBrush(ground);
-            painter.drawRoundedRect(area, look::cardRadius - 1, look::cardRadius - 1);
-        }
-        if (hasFocus()) {
-            look::paintFocusRing(painter, area.adjusted(4, 4, -4, -4), look::controlRadius, colors.accent);
-        }
+        paintListRow(*this, isChecked()
+                                ? std::optional(look::faint(look::colors(palette()).accent, selectedOpacity))
+                                : std::nullopt);
     }
 
 private:

@@ -45,16 +45,18 @@ bool cutByMonitor(std::span<const Rect> monitors, Size desktop, std::span<const 
             continue;
         }
         found = true;
-        const auto right = cut(*monitor, Edge::right, desktop, known, area);
-        const auto bottom = cut(*monitor, Edge::bottom, desktop, known, area);
-        if (right && bottom) {
-            // The monitor as it was before it got larger: the manager has not declared it anew yet.
-            continue;
-        }
+        std::vector<Strut> bands;
         for (const Edge edge : allEdges) {
             if (const auto band = cut(*monitor, edge, desktop, known, area)) {
-                struts.push_back(*band);
+                bands.push_back(*band);
             }
+        }
+        const auto isCutAt = [&](Edge edge) {
+            return std::ranges::find(bands, edge, &Strut::edge) != bands.end();
+        };
+        // Else it is the monitor as it was before it got larger: the manager has not declared it anew yet.
+        if (!isCutAt(Edge::right) || !isCutAt(Edge::bottom)) {
+            std::ranges::copy(bands, std::back_inserter(struts));
         }
     }
     return found;
