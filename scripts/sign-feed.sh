@@ -25,7 +25,8 @@ trap 'rm -rf "$scratch"' EXIT
 
 public_of() { openssl pkey -in "$1" -pubout -outform DER | tail -c 32 | base64; }
 
-moment() { date -u -d "$1" +%Y-%m-%dT%H:%M:%SZ; }
+# Seconds since 1970 as TOML has them.
+moment() { date -u -d "@$1" +%Y-%m-%dT%H:%M:%SZ; }
 
 make_key() {
     [[ ! -e $1 ]] || fail "There is a file $1 already; a key that was in use must not be lost."
@@ -37,13 +38,14 @@ make_key() {
 quoted() { tr -d '\000-\010\013-\037\177' <"$1" | sed 's/[\\"]/\\&/g'; }
 
 make_feed() {
-    local secret=$1 package=$2 address=$3 notes=$4 days=${5:-90} text=$scratch/text
+    local secret=$1 package=$2 address=$3 notes=$4 days=${5:-90} text=$scratch/text now
+    now=$(date +%s)
     [[ $address == https://* || $address =~ ^http://(localhost|127\.0\.0\.1|\[::1\])[:/] ]] ||
         fail "Karto fetches packages over HTTPS alone, not from $address."
     cat >"$text" <<END
 version = "$(dpkg-deb --field "$package" Version)"
-date = $(moment now)
-believedUntil = $(moment "now + $days days")
+date = $(moment $now)
+believedUntil = $(moment $((now + days * 86400)))
 package = "$address"
 size = $(stat -c %s "$package")
 sha256 = "$(sha256sum "$package" | cut -d' ' -f1)"
