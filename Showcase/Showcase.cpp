@@ -258,7 +258,7 @@ private:
     // The sections that have most to show, of the window that is open.
     void showSettings(const std::string& look) {
         const XClient& x = desktop_.x();
-        const auto window = x.clientOf(karto_->process().pid()).value();
+        const auto window = x.clientOf(karto_->process().pid()).value_or(XCB_NONE);
         x.place(window, settingsArea);
         require("the settings in their place",
                 [&] { return x.frameOf(window).value_or(Rect::null()).x == settingsArea.x; });

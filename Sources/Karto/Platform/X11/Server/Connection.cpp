@@ -13,6 +13,13 @@
 
 namespace karto::x11 {
 
+namespace {
+
+// After so long, timers and other descriptors have their turn, however many events still come.
+constexpr std::chrono::milliseconds turnBound{50};
+
+} // namespace
+
 std::expected<std::unique_ptr<Connection>, std::string> Connection::open(std::chrono::milliseconds bound) {
     auto opened = connectToServer(bound);
     if (!opened) {
@@ -253,8 +260,9 @@ void Connection::dispatch() {
     }
     soon_.reset();
     dispatching_ = true;
+    const auto end = deadlineFromNow(turnBound);
     readEvents();
-    while (!line_.empty()) {
+    while (!line_.empty() && std::chrono::steady_clock::now() < end) {
         const Event event = std::move(line_.front());
         line_.pop_front();
         eventObservers_.notify(*event);

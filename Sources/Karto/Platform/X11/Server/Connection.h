@@ -106,7 +106,7 @@ public:
     // Called after every event that observers have handled.
     [[nodiscard]] Registration observeTurnEnds(std::function<void()> onTurnEnd);
 
-    // Called when all events that have arrived are handed out.
+    // Called when all events that have arrived are handed out, and now and then while they come without end.
     [[nodiscard]] Registration observeLulls(std::function<void()> onLull);
 
     // Sends a client message about a window to the window manager.
