@@ -114,12 +114,17 @@ bool Connection::waitReadable(Deadline deadline) {
 }
 
 void* Connection::awaitReply(unsigned sequence, Deadline deadline) {
-    flush();
     void* reply = nullptr;
     xcb_generic_error_t* error = nullptr;
-    bool answered = xcb_poll_for_reply(get(), sequence, &reply, &error) != 0;
+    const auto isAnswered = [&] { return xcb_poll_for_reply(get(), sequence, &reply, &error) != 0; };
+    // The answers of a flight come together: those behind the first cost the system nothing more.
+    bool answered = isAnswered();
+    if (!answered) {
+        flush();
+        answered = isAnswered();
+    }
     while (!answered && !broken() && waitReadable(deadline)) {
-        answered = xcb_poll_for_reply(get(), sequence, &reply, &error) != 0;
+        answered = isAnswered();
     }
     if (!answered) {
         xcb_discard_reply(get(), sequence);
