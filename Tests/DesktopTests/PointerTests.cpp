@@ -81,7 +81,7 @@ protected:
     void settle() {
         static_cast<void>(desktop.x().activeWindow());
         connection->await<xcb_get_input_focus_reply_t>(xcb_get_input_focus(connection->get()),
-                                                       x11::deadlineFromNow(5s));
+                                                       x11::deadlineFromNow(patience));
         scheduler.advance(0ms);
     }
 

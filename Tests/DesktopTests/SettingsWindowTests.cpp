@@ -86,7 +86,7 @@ protected:
     }
 
     ::testing::AssertionResult writes(const std::string& text) {
-        return eventually([&] { return written() == text; }, 10s)
+        return eventually([&] { return written() == text; })
                    ? ::testing::AssertionSuccess()
                    : ::testing::AssertionFailure() << "the file holds " << written();
     }

@@ -33,15 +33,21 @@ protected:
     // As it is before a command.
     void putBack(const Kind& kind, const Application& window, const Rect& frame) {
         const XClient& x = desktop.x();
-        if (kind.name == "maximized") {
-            x.maximize(window.window());
-            require("a maximized window", [&] {
-                return fits(window.frame(), zone::studio) &&
-                       x.hasState(window.window(), "_NET_WM_STATE_MAXIMIZED_VERT");
+        // Asked for until it is so: the program may not have let go of the window yet.
+        const auto ask = [&](auto request, auto isCarriedOut) {
+            require("the window as it was before", [&] {
+                request();
+                return eventually(isCarriedOut, 300ms);
             });
+        };
+        if (kind.name == "maximized") {
+            ask([&] { x.maximize(window.window()); },
+                [&] {
+                    return fits(window.frame(), zone::studio) &&
+                           x.hasState(window.window(), "_NET_WM_STATE_MAXIMIZED_VERT");
+                });
         } else if (!fits(window.frame(), frame)) {
-            x.place(window.window(), frame);
-            require("the window at its old place", [&] { return fits(window.frame(), frame); });
+            ask([&] { x.place(window.window(), frame); }, [&] { return fits(window.frame(), frame); });
         }
     }
 

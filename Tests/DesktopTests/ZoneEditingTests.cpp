@@ -62,7 +62,7 @@ protected:
 
     // The last that the program said about its zones, and why it did.
     ::testing::AssertionResult says(const std::string& line) {
-        if (eventually([&] { return lastLine() == line; }, 5s)) {
+        if (eventually([&] { return lastLine() == line; })) {
             return ::testing::AssertionSuccess();
         }
         return ::testing::AssertionFailure() << '"' << lastLine() << "\" instead of \"" << line << '"';
@@ -70,12 +70,10 @@ protected:
 
     // Moves the pointer until the program sees it: the first time it may not have its windows in place.
     ::testing::AssertionResult marks(Point pointer, int x, int y, bool isMarked = true) {
-        const bool is = eventually(
-            [&] {
-                mouse.move(pointer);
-                return isMarkedAt(x, y) == isMarked;
-            },
-            5s);
+        const bool is = eventually([&] {
+            mouse.move(pointer);
+            return isMarkedAt(x, y) == isMarked;
+        });
         return is ? ::testing::AssertionSuccess()
                   : ::testing::AssertionFailure() << std::hex << desktop.x().colorAt(x, y);
     }

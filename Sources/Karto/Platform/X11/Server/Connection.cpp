@@ -66,9 +66,19 @@ Connection::Connection(OpenConnection opened)
 
 void Connection::attach(DescriptorWatch& descriptors, Scheduler& scheduler, std::function<void()> onBroken) {
     scheduler_ = &scheduler;
+    descriptors_ = &descriptors;
     onBroken_ = std::move(onBroken);
-    readable_ = descriptors.watch(xcb_get_file_descriptor(get()), callbacks_.wrap([this] { dispatch(); }));
+    watch();
     dispatchSoon();
+}
+
+void Connection::watch() {
+    readable_ = descriptors_->watch(xcb_get_file_descriptor(get()), callbacks_.wrap([this] { dispatch(); }));
+}
+
+void Connection::gather(std::chrono::milliseconds time) {
+    readable_.reset();
+    gathering_ = scheduler_->after(time, callbacks_.wrap([this] { watch(); }));
 }
 
 void Connection::flush() {
@@ -279,6 +289,7 @@ void Connection::dispatch() {
     flush();
     if (broken()) {
         readable_.reset();
+        gathering_.reset();
         if (const auto onBroken = std::exchange(onBroken_, nullptr)) {
             onBroken();
         }

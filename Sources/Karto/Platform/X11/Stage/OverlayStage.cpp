@@ -12,6 +12,8 @@ namespace karto::x11 {
 namespace {
 
 constexpr std::chrono::seconds lingerTime{10};
+// Some pointers move a thousand times a second, a quarter of a picture's time is soon enough to hear of it.
+constexpr std::chrono::milliseconds movementTime{4};
 
 } // namespace
 
@@ -59,9 +61,14 @@ void OverlayStage::tellMovements() {
     const auto waiting = [this] {
         return std::ranges::find_if(windows_, &BorderlessWindow::isMovementWaiting);
     };
-    for (auto next = waiting(); next != windows_.end(); next = waiting()) {
+    auto next = waiting();
+    if (next == windows_.end()) {
+        return;
+    }
+    for (; next != windows_.end(); next = waiting()) {
         (*next)->tellMovement();
     }
+    connection_.gather(movementTime);
 }
 
 std::unique_ptr<karto::BorderlessWindow> OverlayStage::createWindow(const Rect& frame) {

@@ -241,8 +241,10 @@ std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline de
         if (!facts || advance(window, asked, *facts)) {
             break;
         }
+        // What a window that was maximized becomes first is not its answer yet.
         const auto patience = asked.wasMaximized ? shortQuiet : quiet;
-        const auto until = hasChanged ? std::min(lastLook, deadlineFromNow(patience)) : lastLook;
+        const bool isLast = asked.wasMaximized && asked.corrections == mostCorrections;
+        const auto until = hasChanged && !isLast ? std::min(lastLook, deadlineFromNow(patience)) : lastLook;
         if (std::chrono::steady_clock::now() < until && !awaitChange(window, mark, until).empty()) {
             hasChanged = true;
             continue;
