@@ -99,8 +99,9 @@ Registration PanelLook::observeChanges(std::function<void()> onChange) {
 
 void PanelLook::followSettings() {
     settingsSelection_.reset();
-    if (settings_->window() != XCB_WINDOW_NONE) {
-        settingsSelection_ = connection_.select(settings_->window(), XCB_EVENT_MASK_PROPERTY_CHANGE);
+    const auto window = settings_ ? settings_->window() : xcb_window_t{XCB_WINDOW_NONE};
+    if (window != XCB_WINDOW_NONE) {
+        settingsSelection_ = connection_.select(window, XCB_EVENT_MASK_PROPERTY_CHANGE);
         connection_.flush();
     }
     settingsChanged();

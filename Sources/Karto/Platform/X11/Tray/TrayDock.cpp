@@ -42,14 +42,18 @@ std::uint32_t over(std::uint32_t above, std::uint32_t below) {
     return result;
 }
 
+std::size_t area(int width, int height) {
+    return static_cast<std::size_t>(width) * static_cast<std::size_t>(height);
+}
+
 // The image in the middle of what is there; both no larger than the other's size.
 void paintInto(std::span<std::uint32_t> pixels, int width, int height, const Image& image) {
     const int left = (width - image.width) / 2;
     const int top = (height - image.height) / 2;
     for (int row = 0; row < image.height; ++row) {
         for (int column = 0; column < image.width; ++column) {
-            auto& pixel = pixels[static_cast<std::size_t>((top + row) * width + left + column)];
-            pixel = over(image.pixels[static_cast<std::size_t>(row * image.width + column)], pixel);
+            auto& pixel = pixels[area(width, top + row) + static_cast<std::size_t>(left + column)];
+            pixel = over(image.pixels[area(image.width, row) + static_cast<std::size_t>(column)], pixel);
         }
     }
 }
@@ -80,22 +84,23 @@ void TrayDock::show(const StatusItemContent& content) {
 }
 
 void TrayDock::hide() {
-    content_.reset();
+    content_ = {};
     tray_.reset();
     events_.reset();
     rootEvents_.reset();
     undock();
 }
 
+xcb_window_t TrayDock::trayWindow() const { return tray_ ? tray_->window() : xcb_window_t{XCB_WINDOW_NONE}; }
+
 void TrayDock::follow() {
     undock();
-    if (tray_->window() != XCB_WINDOW_NONE) {
-        dock();
+    if (const auto tray = trayWindow(); tray != XCB_WINDOW_NONE) {
+        dock(tray);
     }
 }
 
-void TrayDock::dock() {
-    const auto tray = tray_->window();
+void TrayDock::dock(xcb_window_t tray) {
     createWindow(kindFor(tray));
     xcb_client_message_event_t request{};
     request.response_type = XCB_CLIENT_MESSAGE;
@@ -181,7 +186,7 @@ void TrayDock::createWindow(const Kind& kind) {
 
 void TrayDock::writeLabel() {
     const auto& atoms = connection_.atoms();
-    setText(connection_, window_, atoms.netWmName, atoms.utf8String, content_->face.accessibleLabel);
+    setText(connection_, window_, atoms.netWmName, atoms.utf8String, content_.face.accessibleLabel);
     connection_.flush();
 }
 
@@ -229,7 +234,8 @@ void TrayDock::handle(const xcb_generic_event_t& event) {
 
 // A tray that has thrown its icons out, as some do when displays change, and takes them again.
 bool TrayDock::isInvitation(const xcb_client_message_event_t& message) const {
-    return message.type == connection_.atoms().manager && message.data.data32[1] == tray_->selection();
+    return message.type == connection_.atoms().manager && tray_ &&
+           message.data.data32[1] == tray_->selection();
 }
 
 void TrayDock::pressed(const xcb_button_press_event_t& press) {
@@ -239,10 +245,10 @@ void TrayDock::pressed(const xcb_button_press_event_t& press) {
     // Until the button is up the pointer belongs to this window; the menu needs it.
     xcb_ungrab_pointer(connection_.get(), XCB_CURRENT_TIME);
     connection_.flush();
-    showMenu_(content_->makeMenu(), {.x = press.root_x - press.event_x,
-                                     .y = press.root_y - press.event_y,
-                                     .width = width_,
-                                     .height = height_});
+    showMenu_(content_.makeMenu(), {.x = press.root_x - press.event_x,
+                                    .y = press.root_y - press.event_y,
+                                    .width = width_,
+                                    .height = height_});
 }
 
 void TrayDock::setEmbedded(bool isEmbedded) {
@@ -258,12 +264,11 @@ void TrayDock::paint() {
         return;
     }
     std::vector<std::uint32_t> pixels;
-    std::optional<RGBColor> ink = trayInk();
+    RGBColor ink;
     if (kind_.isTranslucent) {
-        pixels.assign(static_cast<std::size_t>(width_ * height_), 0);
-        if (!ink) {
-            ink = inkOn(readPixels(connection_, tray_->window(), {.width = 1, .height = height_}));
-        }
+        pixels.assign(area(width_, height_), 0);
+        const auto told = trayInk();
+        ink = told ? *told : inkOn(readPixels(connection_, trayWindow(), {.width = 1, .height = height_}));
     } else {
         xcb_clear_area(connection_.get(), 0, window_, 0, 0, 0, 0);
         pixels = readPixels(connection_, window_, {.width = width_, .height = height_});
@@ -273,7 +278,7 @@ void TrayDock::paint() {
         ink = inkOn(pixels);
     }
     paintInto(pixels, width_, height_,
-              content_->drawIcon({.side = side, .ink = *ink, .hasUpdateMark = content_->face.hasUpdateMark}));
+              content_.drawIcon({.side = side, .ink = ink, .hasUpdateMark = content_.face.hasUpdateMark}));
     const auto bytes = std::as_bytes(std::span(pixels));
     const xcb_gcontext_t context = xcb_generate_id(connection_.get());
     xcb_create_gc(connection_.get(), context, window_, 0, nullptr);
@@ -288,7 +293,7 @@ void TrayDock::paint() {
 
 std::optional<RGBColor> TrayDock::trayInk() {
     const auto reply = connection_.await<xcb_get_property_reply_t>(
-        requestProperty(connection_, tray_->window(), connection_.atoms().netSystemTrayColors,
+        requestProperty(connection_, trayWindow(), connection_.atoms().netSystemTrayColors,
                         XCB_ATOM_CARDINAL),
         deadlineFromNow());
     const auto channels = words(reply.get());

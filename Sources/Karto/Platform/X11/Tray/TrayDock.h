@@ -44,9 +44,11 @@ private:
         bool isTranslucent = false;
     };
 
+    // NONE without one.
+    [[nodiscard]] xcb_window_t trayWindow() const;
     void follow();
     [[nodiscard]] bool isInvitation(const xcb_client_message_event_t& message) const;
-    void dock();
+    void dock(xcb_window_t tray);
     void undock();
     [[nodiscard]] Kind kindFor(xcb_window_t tray);
     void createWindow(const Kind& kind);
@@ -60,7 +62,8 @@ private:
     Connection& connection_;
     ShowMenu showMenu_;
     Observers<> observers_;
-    std::optional<StatusItemContent> content_;
+    StatusItemContent content_;
+    // Only while there is something to show.
     std::optional<SelectionOwner> tray_;
     xcb_window_t window_ = XCB_WINDOW_NONE;
     xcb_colormap_t colormap_ = XCB_COLORMAP_NONE;
