@@ -58,8 +58,11 @@ TEST_P(CommandTest, tidyDealsTheWindowsOfOneDisplayOverItsZones) {
     for (const std::string name : {"alpha", "beta", "gamma", "delta"}) {
         windows.push_back(Application::probe(desktop, "plain", name, somewhere));
     }
-    EXPECT_NE(press("AD05", "tidy").find(R"(laid out 4 window(s) on display "Studio" across 3 zone(s), )"),
-              std::string::npos);
+    // A server that is too busy to tell of the windows in time has none.
+    EXPECT_TRUE(eventually([&] {
+        return press("AD05", "tidy")
+            .contains(R"(laid out 4 window(s) on display "Studio" across 3 zone(s), )");
+    }));
     EXPECT_TRUE(takes(windows.back(), zone::one)) << "the frontmost window comes first";
     const auto windowsIn = [&](const Rect& place) {
         return std::ranges::count_if(windows,

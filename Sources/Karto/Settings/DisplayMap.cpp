@@ -11,7 +11,7 @@ std::vector<DisplayMapBox> displayMap(std::span<const DisplayInfo> displays, con
     for (const DisplayInfo& display : displays) {
         whole = unionOf(whole, display.frame);
     }
-    if (!(whole.width > 0 && whole.height > 0)) {
+    if (whole.width <= 0 || whole.height <= 0) {
         return {};
     }
     const double scale = std::min(picture.width / whole.width, picture.height / whole.height);
