@@ -17,6 +17,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
 #include <utility>
 
 namespace karto {
@@ -131,13 +132,11 @@ void UpdateWindowView::dress() {
     notes_->setPalette(palette);
 }
 
-// A window of one size asks for no height by width.
 void UpdateWindowView::fit() {
-    for (auto* label : {heading_, text_, progressText_}) {
-        label->setFixedHeight(std::max(label->heightForWidth(columnWidth), 0));
-    }
-    notes_->document()->setTextWidth(columnWidth);
-    notes_->setFixedHeight(std::min(int(std::ceil(notes_->document()->size().height())), mostNotes));
+    // Measured on a copy: the text itself keeps to the room that its scroll bar leaves.
+    const std::unique_ptr<QTextDocument> copy(notes_->document()->clone());
+    copy->setTextWidth(columnWidth);
+    notes_->setFixedHeight(std::min(int(std::ceil(copy->size().height())), mostNotes));
 }
 
 // The program's, with a warning on it when something went wrong.

@@ -28,7 +28,7 @@ protected:
 private:
     // Colours that follow the desktop's.
     void dress();
-    // Heights that follow from texts and fonts.
+    // The height of the notes, which follows from text and font.
     void fit();
     [[nodiscard]] QPixmap icon() const;
     void putButtons(const std::vector<UpdateButton>& buttons);
