@@ -12,6 +12,8 @@ class QTextEdit;
 
 namespace karto {
 
+class Card;
+
 class UpdateWindowView : public QDialog {
 public:
     // onIntent: what the person chooses.
@@ -37,6 +39,7 @@ private:
     QLabel* icon_;
     QLabel* heading_;
     QLabel* text_;
+    Card* notesCard_;
     QTextEdit* notes_;
     QProgressBar* progress_;
     QLabel* progressText_;
