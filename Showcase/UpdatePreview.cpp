@@ -1,8 +1,10 @@
-// Shows the update window at one step of an update, named by the argument, until it is closed.
+// Shows the update window at a step of an update, or at several in turn, named by the arguments, until it is
+// closed.
 
 #include "Karto/Updates/UpdateWindowView.h"
 
 #include <QApplication>
+#include <QTimer>
 
 #include <map>
 #include <memory>
@@ -13,6 +15,8 @@ namespace {
 
 using namespace karto;
 using Phase = UpdateState::Phase;
+
+constexpr std::chrono::milliseconds stepDuration{300};
 
 UpdateState at(Phase phase) {
     UpdateState state;
@@ -56,12 +60,17 @@ int main(int argumentCount, char** arguments) {
          failure(Step::installation,
                  "the package installer says \"E: Could not get lock /var/lib/dpkg/lock-frontend\"")},
     };
-    const std::string name = argumentCount > 1 ? arguments[1] : "found"; // NOLINT(*-pointer-arithmetic)
     UpdateWindowView window([](UpdateIntent /*intent*/) { QApplication::quit(); });
-    window.tell(updateView(states.at(name),
-                           {.runningVersion = "0.1.0",
-                            .replacesProgram = name != "page",
-                            .now = std::chrono::system_clock::time_point{} + std::chrono::seconds(4)}));
-    window.show();
+    std::chrono::milliseconds begin{0};
+    for (const auto& name : QApplication::arguments().sliced(1)) {
+        QTimer::singleShot(begin, [&window, &states, name = name.toStdString()] {
+            window.tell(updateView(
+                states.at(name), {.runningVersion = "0.1.0",
+                                  .replacesProgram = name != "page",
+                                  .now = std::chrono::system_clock::time_point{} + std::chrono::seconds(4)}));
+            window.show();
+        });
+        begin += stepDuration;
+    }
     return QApplication::exec();
 }

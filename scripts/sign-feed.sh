@@ -2,9 +2,10 @@
 # Makes what Karto's updates come from: a key pair, a signed feed for a package, and sure that both fit together.
 #
 #   scripts/sign-feed.sh key SECRET               makes a secret key in that file and prints the public one
-#   scripts/sign-feed.sh feed SECRET PACKAGE ADDRESS NOTES [DAYS] >FEED
+#   scripts/sign-feed.sh feed SECRET PACKAGE ADDRESS NOTES [DAYS [PAGE]] >FEED
 #                                                 signs a feed that offers the package, which lies at that address, with
-#                                                 the text of the file NOTES; it is believed for 90 days, or DAYS
+#                                                 the text of the file NOTES; it is believed for 90 days, or DAYS. Who
+#                                                 runs Karto without a package is shown PAGE, else the package's address
 #   scripts/sign-feed.sh check FEED PUBLIC [PACKAGE]
 #                                                 says whether the feed is signed by that key, still believed, and
 #                                                 about that package
@@ -16,7 +17,7 @@ fail() {
 }
 
 usage() {
-    sed -n '4,11s/^# \{0,1\}//p' "$0" >&2
+    sed -n '4,12s/^# \{0,1\}//p' "$0" >&2
     exit 2
 }
 
@@ -37,21 +38,31 @@ make_key() {
 # The text of a file as TOML has it between three quotes.
 quoted() { tr -d '\000-\010\013-\037\177' <"$1" | sed 's/[\\"]/\\&/g'; }
 
+# What Karto refuses is refused here, before it is signed.
 make_feed() {
-    local secret=$1 package=$2 address=$3 notes=$4 days=${5:-90} text=$scratch/text now
+    local secret=$1 package=$2 address=$3 notes=$4 days=${5:-90} page=${6:-$3} text=$scratch/text each now version size
     now=$(date +%s)
-    [[ $address == https://* || $address =~ ^http://(localhost|127\.0\.0\.1|\[::1\])[:/] ]] ||
-        fail "Karto fetches packages over HTTPS alone, not from $address."
+    version=$(dpkg-deb --field "$package" Version)
+    size=$(stat -c %s "$package")
+    for each in "$address" "$page"; do
+        [[ $each =~ ^(https://|http://(localhost|127\.0\.0\.1|\[::1\])[:/])[^[:space:]\"\\]+$ ]] ||
+            fail "Karto goes to addresses of HTTPS alone, not to $each."
+    done
+    [[ $days =~ ^[1-9][0-9]*$ ]] || fail "A feed is believed for a number of days, not for $days."
+    [[ $size -le $((64 << 20)) ]] || fail "The package has more than 64 MiB."
+    iconv -f UTF-8 "$notes" >/dev/null 2>&1 || fail "The notes are no text in UTF-8."
     cat >"$text" <<END
-version = "$(dpkg-deb --field "$package" Version)"
-date = $(moment $now)
+version = "$version"
+date = $(moment "$now")
 believedUntil = $(moment $((now + days * 86400)))
 package = "$address"
-size = $(stat -c %s "$package")
+page = "$page"
+size = $size
 sha256 = "$(sha256sum "$package" | cut -d' ' -f1)"
 notes = """
 $(quoted "$notes")"""
 END
+    [[ $(stat -c %s "$text") -lt 65000 ]] || fail "The notes are too long for a feed."
     openssl pkeyutl -sign -inkey "$secret" -rawin -in "$text" -out "$scratch/signature"
     echo "# signature: $(base64 -w 0 "$scratch/signature")"
     cat "$text"
@@ -62,9 +73,9 @@ value() { sed -n "s/^$1 = \"\{0,1\}\([^\"]*\)\"\{0,1\}\$/\1/p" "$scratch/text" |
 check_feed() {
     local feed=$1 public=$2 package=${3:-}
     tail -n +2 "$feed" >"$scratch/text"
-    sed -n '1s/^# signature: //p' "$feed" | base64 -d >"$scratch/signature"
+    sed -n '1s/^# signature: //p' "$feed" | base64 -d >"$scratch/signature" 2>/dev/null || true
     # What comes before an Ed25519 key in the form that openssl reads.
-    (printf '\x30\x2a\x30\x05\x06\x03\x2b\x65\x70\x03\x21\x00' && base64 -d <<<"$public") >"$scratch/public"
+    (printf '\x30\x2a\x30\x05\x06\x03\x2b\x65\x70\x03\x21\x00' && base64 -d <<<"$public" 2>/dev/null) >"$scratch/public" || true
     openssl pkeyutl -verify -pubin -keyform DER -inkey "$scratch/public" -rawin -in "$scratch/text" \
         -sigfile "$scratch/signature" >/dev/null 2>&1 || fail "The signature is not that of this key."
     [[ $(date -u -d "$(value believedUntil)" +%s) -gt $(date +%s) ]] ||
@@ -79,7 +90,7 @@ check_feed() {
 
 case "${1:-}:$#" in
     key:2) make_key "$2" ;;
-    feed:[56]) make_feed "${@:2}" ;;
+    feed:[567]) make_feed "${@:2}" ;;
     check:[34]) check_feed "${@:2}" ;;
     *) usage ;;
 esac

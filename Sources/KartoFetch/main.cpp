@@ -8,6 +8,7 @@
 #include <QNetworkAccessManager>
 #include <QNetworkProxyFactory>
 #include <QNetworkReply>
+#include <QSslError>
 #include <QUrl>
 
 #include <sys/prctl.h>
@@ -39,13 +40,28 @@ bool writeAll(QByteArrayView bytes) {
     return true;
 }
 
-QString problemOf(const QNetworkReply& reply) {
+// The first thing that is wrong with the server's certificate; none when there was no talk of one.
+QString problemOf(const QList<QSslError>& doubts) {
+    if (doubts.isEmpty()) {
+        return "no safe connection to the server can be made";
+    }
+    const QString unproven = "the server cannot prove that it is the right one — ";
+    switch (doubts.front().error()) {
+    case QSslError::CertificateExpired:
+        return unproven + "its certificate has expired; is the computer's clock right?";
+    case QSslError::CertificateNotYetValid:
+        return unproven + "its certificate is not valid yet; is the computer's clock right?";
+    case QSslError::HostNameMismatch: return unproven + "its certificate is that of another one";
+    default: return unproven + "nobody whom this computer trusts vouches for it";
+    }
+}
+
+QString problemOf(const QNetworkReply& reply, const QList<QSslError>& doubts) {
     switch (reply.error()) {
     case QNetworkReply::HostNotFoundError: return "the name of the server was not found";
     case QNetworkReply::ConnectionRefusedError: return "the server refuses connections";
     case QNetworkReply::RemoteHostClosedError: return "the server ended the connection";
-    case QNetworkReply::SslHandshakeFailedError:
-        return "the server cannot prove that it is the right one — " + reply.errorString();
+    case QNetworkReply::SslHandshakeFailedError: return problemOf(doubts);
     default: return "the server cannot be reached — " + reply.errorString();
     }
 }
@@ -76,6 +92,8 @@ private:
         reply_.reset(network_.get(request));
         reply_->setReadBufferSize(bufferBytes);
         QObject::connect(reply_.get(), &QNetworkReply::readyRead, [this] { read(); });
+        QObject::connect(reply_.get(), &QNetworkReply::sslErrors,
+                         [this](const QList<QSslError>& errors) { doubts_ = errors; });
         QObject::connect(reply_.get(), &QNetworkReply::finished, [this] { finish(); });
     }
 
@@ -116,7 +134,7 @@ private:
                                      : QString("the server answers with status %1").arg(status()));
         }
         if (reply_->error() != QNetworkReply::NoError) {
-            return end(problemOf(*reply_));
+            return end(problemOf(*reply_, doubts_));
         }
         read();
         end({});
@@ -134,6 +152,7 @@ private:
     qint64 offset_;
     QNetworkAccessManager network_;
     std::unique_ptr<QNetworkReply> reply_;
+    QList<QSslError> doubts_;
     bool hasBegun_ = false;
 };
 

@@ -6,6 +6,10 @@
 
 #include <gmock/gmock.h>
 
+#include <array>
+#include <atomic>
+#include <functional>
+
 namespace karto::desktop {
 
 namespace {
@@ -30,6 +34,8 @@ protected:
         installWith("exit 1");
     }
 
+    ~UpdateTest() override { answerAgain(); }
+
     [[nodiscard]] fs::path programs() const { return desktop.home() / "programs"; }
 
     void installWith(const std::string& script) const {
@@ -45,7 +51,13 @@ protected:
         karto->waitForBanner();
     }
 
+    void answerAgain() {
+        stalled = 0;
+        stalled.notify_all();
+    }
+
     std::string answer(const std::string& head) {
+        stalled.wait(head.at(5));
         if (head.starts_with("GET /feed.toml ")) {
             return testing::okAnswer(testing::FeedSigner(keySeed).sign(feed));
         }
@@ -70,6 +82,27 @@ protected:
         return window && desktop.x().activeWindow() == *window;
     }
 
+    // Asks for updates with that line of the menu.
+    ::testing::AssertionResult opensWindow(const std::string& line) {
+        tray.click(line);
+        return eventually([&] { return isWindowOpen(); }) ? ::testing::AssertionSuccess()
+                                                          : ::testing::AssertionFailure() << "no window";
+    }
+
+    // Presses the button that is the default.
+    bool pressesUntil(const std::function<bool()>& holds) {
+        return eventually([&] {
+            keys.tap("RTRN");
+            return eventually(holds, 500ms);
+        });
+    }
+
+    bool installsUntil(const std::string& text) {
+        return pressesUntil([&] { return karto->log().next(text, 0ms).has_value(); });
+    }
+
+    // What the server does not answer for now: 'f' the feed, 'k' the package.
+    std::atomic<char> stalled = 0;
     std::string package = std::string(300'000, 'p');
     std::string feed = feedFor(package);
     testing::CannedServer server{[this](const std::string& head) { return answer(head); },
@@ -90,18 +123,14 @@ TEST_F(UpdateTest, whatAScheduledCheckFindsIsInstalledAndRunsInTheOldOnesPlace) 
         eventually([&] { return tray.text("IconAccessibleDesc") == "Karto — update to 9.0 available"; }));
     EXPECT_FALSE(isWindowOpen());
 
-    tray.click("Update to 9.0…");
+    ASSERT_TRUE(opensWindow("Update to 9.0…"));
     ASSERT_TRUE(logs("update: 9.0 is available"));
-    ASSERT_TRUE(eventually([&] { return isWindowOpen(); }));
     takePicture("found");
     EXPECT_TRUE(eventually([&] { return tray.text("IconAccessibleDesc") == "Karto"; }));
     EXPECT_THAT(tray.openMenu(), Contains(Field(&BusMenuLine::label, "Check for Updates…")));
 
     const auto pid = karto->process().pid();
-    ASSERT_TRUE(eventually([&] {
-        keys.tap("RTRN");
-        return karto->log().next("update: 9.0 is handed to the package installer", 500ms).has_value();
-    }));
+    ASSERT_TRUE(installsUntil("update: 9.0 is handed to the package installer"));
     ASSERT_TRUE(logs("update: installed — starting the new version"));
     EXPECT_EQ(contentsOf(desktop.home() / "installed"), package);
     // The same process, the same configuration, tray and shortcuts.
@@ -119,19 +148,45 @@ TEST_F(UpdateTest, anotherPackageThanTheSignedOneIsNeverHandedOver) {
     package.back() = '!';
     installWith("touch " + (desktop.home() / "handed-over").native());
     startUpdatingKarto();
+    ASSERT_TRUE(opensWindow("Check for Updates…"));
     ASSERT_TRUE(logs("update: 9.0 is available"));
-    tray.click("Update to 9.0…");
-    ASSERT_TRUE(logs("update: 9.0 is available"));
-    ASSERT_TRUE(eventually([&] { return isWindowOpen(); }));
-    ASSERT_TRUE(eventually([&] {
-        keys.tap("RTRN");
-        return karto->log().next("the package is not the one that was signed", 500ms).has_value();
-    }));
+    ASSERT_TRUE(installsUntil("the package is not the one that was signed"));
     takePicture("failed");
     EXPECT_FALSE(fs::exists(desktop.home() / "handed-over"));
     EXPECT_TRUE(fs::is_empty(desktop.home() / ".cache/karto/updates"));
     keys.tap("ESC");
     EXPECT_TRUE(eventually([&] { return !isWindowOpen(); }));
+}
+
+TEST_F(UpdateTest, whereverItIsKilledTheNextOneBeginsAnew) {
+    // As the true one, it does not outlive who asks.
+    installWith("while kill -0 $PPID; do sleep 0.1; done");
+    const auto state = desktop.home() / ".local/state/karto";
+    const auto cache = desktop.home() / ".cache/karto/updates";
+    constexpr std::array steps{"checking", "found", "downloading", "installing", "the end"};
+    for (std::size_t step = 0; step < steps.size(); ++step) {
+        SCOPED_TRACE(steps[step]);
+        stalled = step == 0 ? 'f' : step == 2 ? 'k' : 0;
+        startUpdatingKarto();
+        ASSERT_TRUE(eventually([&] {
+            tray.pump();
+            return tray.items().size() == step + 1;
+        }));
+        EXPECT_FALSE(isWindowOpen());
+        ASSERT_TRUE(opensWindow("Check for Updates…"));
+        ASSERT_TRUE(step == 0 || logs("update: 9.0 is available"));
+        if (step == 2) {
+            ASSERT_TRUE(pressesUntil([&] { return fs::exists(cache) && !fs::is_empty(cache); }));
+        } else if (step > 2) {
+            ASSERT_TRUE(installsUntil("update: 9.0 is handed to the package installer"));
+        }
+        EXPECT_EQ(std::distance(fs::directory_iterator(state), {}), 1);
+        if (step < steps.size() - 1) {
+            ::kill(karto->process().pid(), SIGKILL);
+            karto->process().waitForExit();
+            answerAgain();
+        }
+    }
 }
 
 } // namespace karto::desktop

@@ -125,6 +125,7 @@ TEST_F(FeedUpdaterTest, aSkippedVersionIsHeardOfOnlyWhenThePersonAsks) {
     passToCheck();
     answer("2.0");
     EXPECT_EQ(pending(), std::nullopt);
+    EXPECT_EQ(log.lines.back(), "update: 2.0 is available, but skipped");
     program->updater.checkForUpdates();
     answer("2.0");
     EXPECT_EQ(window.heading(), "Karto 2.0 is available");
@@ -245,6 +246,7 @@ TEST_F(FeedUpdaterTest, thereIsOneCheckAndOneWindow) {
     choose(UpdateIntent::close);
     EXPECT_EQ(window.heading(), "closed");
     EXPECT_FALSE(fetcher.report);
+    EXPECT_EQ(log.lines.back(), "update: 2.0 is cancelled");
 }
 
 TEST_F(FeedUpdaterTest, anOldFeedPlayedBackIsRefusedAfterARestart) {
@@ -281,6 +283,8 @@ TEST_F(FeedUpdaterTest, theWindowTellsEveryStep) {
     EXPECT_EQ(window.heading(), "Installing Karto 2.0…");
     installer.end(InstallOutcome::Kind::unavailable);
     EXPECT_EQ(window.heading(), "Karto 2.0 is ready to be installed");
+    EXPECT_EQ(log.lines.back(),
+              "update: 2.0 lies in /cache/" + store.name + " — there is nothing that installs it");
     choose(UpdateIntent::showFile);
     EXPECT_THAT(installer.shown, ElementsAre("/cache/" + store.name));
 }

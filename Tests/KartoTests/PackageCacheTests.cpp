@@ -87,6 +87,8 @@ TEST_F(PackageCacheTest, aFolderThatIsNotItsOwnIsRefused) {
     EXPECT_EQ(fs::status(place).permissions(), fs::perms::owner_all);
     PackageCache another(place);
     EXPECT_EQ(another.open("a.deb").error(), "another Karto is updating at the moment");
+    cache->close();
+    EXPECT_TRUE(another.open("a.deb"));
 }
 
 TEST_F(PackageCacheTest, filesThatAreNotItsOwnAreReplacedOrRefused) {

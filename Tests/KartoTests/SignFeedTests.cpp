@@ -33,7 +33,9 @@ TEST_F(SignFeedTest, whatTheScriptSignsIsReadAndCheckedAndNothingElse) {
     writeFile(folder.path() / "notes", "Say \"hyper\".\nBackslash \\ and '''.\n");
     ASSERT_EQ(run("dpkg-deb --root-owner-group --build p p.deb && $sign key secret"), 0) << out();
     ASSERT_EQ(run("openssl pkey -in secret -pubout -outform DER | tail -c 32 | base64 >public"), 0);
-    ASSERT_EQ(run("$sign feed secret p.deb https://karto.example/p.deb notes 5 >feed"), 0) << out();
+    ASSERT_EQ(run("$sign feed secret p.deb https://karto.example/p.deb notes 5 https://karto.example/ >feed"),
+              0)
+        << out();
     auto line = readFile(folder.path() / "public");
     line.pop_back();
     const auto key = FeedKey::fromText(line);
@@ -42,6 +44,7 @@ TEST_F(SignFeedTest, whatTheScriptSignsIsReadAndCheckedAndNothingElse) {
     ASSERT_TRUE(feed) << feed.error();
     EXPECT_EQ(feed->version, "1:2.0-1");
     EXPECT_EQ(feed->notes, "Say \"hyper\".\nBackslash \\ and '''.");
+    EXPECT_EQ(feed->page, "https://karto.example/");
     EXPECT_EQ(feed->packageSize, std::filesystem::file_size(folder.path() / "p.deb"));
     EXPECT_EQ(feed->believedUntil - feed->date, std::chrono::days(5));
 
@@ -51,7 +54,14 @@ TEST_F(SignFeedTest, whatTheScriptSignsIsReadAndCheckedAndNothingElse) {
     EXPECT_NE(run("sed s/2.0/2.1/ feed >changed; $sign check changed $(cat public)"), 0);
     EXPECT_NE(run("cat p.deb public >q.deb; $sign check feed $(cat public) q.deb"), 0);
     EXPECT_EQ(out(), "The package has other bytes.\n");
-    EXPECT_NE(run("$sign feed secret p.deb http://karto.example/p.deb notes"), 0);
+    // What nobody could use is not signed.
+    for (const auto* arguments :
+         {"p.deb http://karto.example/p.deb notes", "p.deb https://karto.example/p.deb notes 5 file:///etc",
+          "p.deb https://karto.example/p.deb notes soon", "missing https://karto.example/p.deb notes",
+          "notes https://karto.example/p.deb notes", "p.deb https://karto.example/p.deb p.deb"}) {
+        EXPECT_NE(run(fmt::format("$sign feed secret {}", arguments)), 0) << arguments;
+        EXPECT_FALSE(out().contains("signature")) << arguments;
+    }
 }
 
 } // namespace karto::testing

@@ -41,7 +41,7 @@ struct Trip {
             return;
         }
         if (phase == Phase::notFound) {
-            feed.version = "1.0";
+            feed.version = "0.9";
         }
         course.check({});
         if (phase == Phase::failed) {

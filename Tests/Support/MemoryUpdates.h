@@ -68,6 +68,9 @@ public:
     std::expected<void, std::string> startOver() override;
     std::expected<void, std::string> read(const std::function<void(std::string_view)>& onBytes) override;
     std::expected<std::string, std::string> finish() override;
+
+    void close() override {}
+
     void clear() override;
 };
 

@@ -7,6 +7,12 @@
 #include "Support/TemporaryFolder.h"
 
 #include <QEventLoop>
+#include <QFile>
+#include <QProcess>
+#include <QSslCertificate>
+#include <QSslConfiguration>
+#include <QSslKey>
+#include <QSslServer>
 
 #include <fmt/format.h>
 #include <gmock/gmock.h>
@@ -19,7 +25,6 @@ namespace karto::testing {
 namespace {
 
 using ::testing::HasSubstr;
-using ::testing::StartsWith;
 
 // What came of one fetch, waited for.
 struct Fetched {
@@ -127,8 +132,26 @@ TEST(FetchProgram, whatTheServerDoesWrongIsSaidInWords) {
     }
     EXPECT_EQ(server.requests(), 5);
     now.answer = "nothing that a secure server says";
-    EXPECT_THAT(*Fetched("https://" + server.authority() + "/", 0).problem,
-                StartsWith("the server cannot prove that it is the right one"));
+    EXPECT_EQ(Fetched("https://" + server.authority() + "/", 0).problem,
+              "no safe connection to the server can be made");
+}
+
+TEST(FetchProgram, aServerThatVouchesForItselfIsRefused) {
+    const TemporaryFolder folder;
+    const auto file = [&](const char* name) { return QString::fromStdString(folder.path() / name); };
+    QProcess::execute("openssl", {"req", "-x509", "-newkey", "rsa:2048", "-nodes", "-batch", "-subj",
+                                  "/CN=localhost", "-keyout", file("key"), "-out", file("certificate")});
+    QFile key(file("key"));
+    ASSERT_TRUE(key.open(QFile::ReadOnly));
+    auto secrets = QSslConfiguration::defaultConfiguration();
+    secrets.setLocalCertificateChain(QSslCertificate::fromPath(file("certificate")));
+    secrets.setPrivateKey(QSslKey(&key, QSsl::Rsa));
+    QSslServer server;
+    server.setSslConfiguration(secrets);
+    ASSERT_TRUE(server.listen(QHostAddress::LocalHost));
+    EXPECT_EQ(
+        Fetched(fmt::format("https://localhost:{}/", server.serverPort()), 0).problem,
+        "the server cannot prove that it is the right one — nobody whom this computer trusts vouches for it");
 }
 
 TEST(FetchProgram, whatCannotBeReachedIsSaidInWords) {

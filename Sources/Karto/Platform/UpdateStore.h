@@ -26,6 +26,8 @@ public:
     // Gives the whole file its name and closes it. Its path.
     virtual std::expected<std::string, std::string> finish() = 0;
 
+    // Closes it: another Karto may have the place. What is there stays for a later try.
+    virtual void close() = 0;
     // Closes and removes everything.
     virtual void clear() = 0;
 };

@@ -91,14 +91,23 @@ void FeedUpdater::stateChanged() {
     const auto before = std::exchange(phase_, course_.state().phase);
     if (before == Phase::checking && phase_ != before) {
         checkEnded();
-    } else if (phase_ != before && phase_ == Phase::failed) {
-        log(fmt::format("{} could not be installed — {}", course_.state().feed->version,
-                        course_.state().problem));
-    } else if (phase_ != before && phase_ == Phase::handedOver) {
-        log(fmt::format("{} is handed to the package installer", course_.state().feed->version));
+    } else if (phase_ != before) {
+        logInstallation(before);
     }
     if (isShown_) {
         show(false);
+    }
+}
+
+void FeedUpdater::logInstallation(Phase before) {
+    const auto& state = course_.state();
+    if (phase_ == Phase::failed) {
+        log(fmt::format("{} could not be installed — {}", state.feed->version, state.problem));
+    } else if (phase_ == Phase::handedOver) {
+        log(fmt::format("{} is handed to the package installer", state.feed->version));
+    } else if (phase_ == Phase::verified && before == Phase::handedOver) {
+        log(fmt::format("{} lies in {} — there is nothing that installs it", state.feed->version,
+                        state.file));
     }
 }
 
@@ -115,12 +124,14 @@ void FeedUpdater::checkEnded() {
     if (state.phase == Phase::notFound) {
         log(fmt::format("{} is the newest version", runningVersion_));
     }
+    // Of a version that is skipped only who asks hears.
+    const bool isSkipped = !isShown_ && state.feed && state.feed->version == memory_.skippedVersion;
     if (state.phase == Phase::found) {
-        log(fmt::format("{} is available", state.feed->version));
+        log(fmt::format("{} is available{}", state.feed->version, isSkipped ? ", but skipped" : ""));
         if (isShown_) {
             delegate_->willHandleShowingUpdate(true, state.feed->version);
             delegate_->didReceiveUserAttention();
-        } else if (state.feed->version != memory_.skippedVersion) {
+        } else if (!isSkipped) {
             found(state.feed->version);
         }
     }
@@ -128,10 +139,8 @@ void FeedUpdater::checkEnded() {
     if (isShown_) {
         return;
     }
-    const bool hasNothingToTell =
-        state.feed && (state.phase == Phase::notFound || state.feed->version == memory_.skippedVersion);
     course_.cancel();
-    if (hasNothingToTell) {
+    if (state.phase == Phase::notFound || isSkipped) {
         delegate_->willFinishUpdateSession();
     }
     setAlarm();
@@ -164,8 +173,12 @@ void FeedUpdater::obey(UpdateIntent intent) {
         log(fmt::format("{} is skipped", memory_.skippedVersion));
         remember();
         break;
-    case UpdateIntent::remindLater:
-    case UpdateIntent::close: break;
+    case UpdateIntent::close:
+        if (state.feed && course_.isBusy()) {
+            log(fmt::format("{} is cancelled", state.feed->version));
+        }
+        break;
+    case UpdateIntent::remindLater: break;
     }
     endSession();
 }

@@ -50,6 +50,7 @@ private:
     void checkIfDue();
     void check();
     void stateChanged();
+    void logInstallation(UpdateState::Phase before);
     void checkEnded();
     void found(const std::string& version);
     void show(bool isAsked);

@@ -21,7 +21,11 @@ public:
     // Cannot be switched on.
     [[nodiscard]] bool automaticallyChecksForUpdates() const override { return false; }
 
-    void setAutomaticallyChecksForUpdates(bool /*checks*/) override {}
+    void setAutomaticallyChecksForUpdates(bool checks) override {
+        if (checks) {
+            checkForUpdates();
+        }
+    }
 
 private:
     ApplicationHost& host_;

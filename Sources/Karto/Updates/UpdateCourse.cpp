@@ -84,6 +84,7 @@ void UpdateCourse::install() {
 
 void UpdateCourse::cancel() {
     stop();
+    means_.store.close();
     if (state_.phase != Phase::idle) {
         state_ = {};
         onChange_();

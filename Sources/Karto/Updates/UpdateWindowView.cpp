@@ -2,9 +2,12 @@
 
 #include "Karto/Drawing/ProgramIcon.h"
 #include "Karto/Settings/Views/Controls.h"
+#include "Karto/Settings/Views/Form.h"
 #include "Karto/Settings/Views/Look.h"
 
 #include <QApplication>
+#include <QBasicTimer>
+#include <QElapsedTimer>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,10 +16,13 @@
 #include <QStyle>
 #include <QTextDocument>
 #include <QTextEdit>
+#include <QTimerEvent>
 #include <QVBoxLayout>
 
 #include <algorithm>
 #include <cmath>
+#include <memory>
+#include <numbers>
 #include <utility>
 
 namespace karto {
@@ -31,7 +37,7 @@ constexpr int gap = 16;
 constexpr int ringRoom = 4;
 constexpr int columnWidth = 420;
 constexpr int mostNotes = 200;
-constexpr int notesPadding = 8;
+constexpr int notesPadding = 12;
 // The steps of the bar, finer than its pixels.
 constexpr int wholeProgress = 1'000;
 
@@ -43,6 +49,72 @@ QLabel* textLabel(TextRole role) {
     return label;
 }
 
+// Thin, in the window's colours. While nobody knows how far it is, a part of it wanders.
+class ProgressBar final : public QProgressBar {
+public:
+    ProgressBar() { setTextVisible(false); }
+
+    [[nodiscard]] QSize sizeHint() const override { return {columnWidth, barHeight}; }
+
+    [[nodiscard]] QSize minimumSizeHint() const override { return sizeHint(); }
+
+protected:
+    void paintEvent(QPaintEvent* /*event*/) override {
+        const auto colors = look::colors(palette());
+        const bool isKnown = maximum() > 0;
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::Antialiasing);
+        painter.setPen(Qt::NoPen);
+        const auto paint = [&](qreal from, qreal to, const QColor& color) {
+            painter.setBrush(color);
+            painter.drawRoundedRect(QRectF(from * width(), 0, (to - from) * width(), height()),
+                                    barHeight / 2.0, barHeight / 2.0);
+        };
+        paint(0, 1, look::mixed(colors.ground, colors.text, 0.16));
+        const auto from = isKnown ? 0 : place();
+        const auto to = isKnown ? qreal(value()) / maximum() : from + wanderingPart;
+        if (to > 0) {
+            // Round from the beginning.
+            paint(from, std::max(to, qreal(barHeight) / width()), colors.accent);
+        }
+        if (isKnown || !moves()) {
+            frames_.stop();
+        } else if (!frames_.isActive()) {
+            frames_.start(frameMilliseconds, this);
+        }
+    }
+
+    void timerEvent(QTimerEvent* event) override {
+        if (event->timerId() != frames_.timerId()) {
+            return QProgressBar::timerEvent(event);
+        }
+        isVisible() ? update() : frames_.stop();
+    }
+
+private:
+    static constexpr int barHeight = 6;
+    static constexpr qreal wanderingPart = 0.3;
+    static constexpr int frameMilliseconds = 40;
+    static constexpr qreal wayMilliseconds = 2'400;
+
+    [[nodiscard]] bool moves() const {
+        return style()->styleHint(QStyle::SH_Widget_Animation_Duration, nullptr, this) > 0;
+    }
+
+    // Where the wandering part begins; in the middle where nothing shall move.
+    [[nodiscard]] qreal place() const {
+        const auto phase = moves() ? qreal(since_.elapsed()) / wayMilliseconds : 0.25;
+        return (1 - wanderingPart) * (1 - std::cos(2 * std::numbers::pi * phase)) / 2;
+    }
+
+    QElapsedTimer since_ = [] {
+        QElapsedTimer timer;
+        timer.start();
+        return timer;
+    }();
+    QBasicTimer frames_;
+};
+
 QString qt(const std::string& utf8) { return QString::fromStdString(utf8); }
 
 } // namespace
@@ -52,8 +124,9 @@ UpdateWindowView::UpdateWindowView(std::function<void(UpdateIntent)> onIntent)
     , icon_(new QLabel)
     , heading_(textLabel(TextRole::title))
     , text_(textLabel(TextRole::secondary))
+    , notesCard_(new Card)
     , notes_(new QTextEdit)
-    , progress_(new QProgressBar)
+    , progress_(new ProgressBar)
     , progressText_(textLabel(TextRole::caption))
     , buttons_(new QHBoxLayout) {
     setWindowTitle("Karto Update");
@@ -62,7 +135,7 @@ UpdateWindowView::UpdateWindowView(std::function<void(UpdateIntent)> onIntent)
     column->setSpacing(8);
     column->addWidget(heading_);
     column->addWidget(text_);
-    column->addWidget(notes_);
+    column->addWidget(notesCard_);
     column->addWidget(progress_);
     column->addWidget(progressText_);
     column->addStretch();
@@ -79,13 +152,13 @@ UpdateWindowView::UpdateWindowView(std::function<void(UpdateIntent)> onIntent)
     window->addLayout(buttons_);
     buttons_->setSpacing(0);
 
+    notesCard_->add(notes_);
     notes_->setFrameShape(QFrame::NoFrame);
     notes_->setReadOnly(true);
     notes_->setTabChangesFocus(true);
     notes_->setAccessibleName("What is new");
     notes_->setAcceptRichText(false);
     notes_->document()->setDocumentMargin(notesPadding);
-    progress_->setTextVisible(false);
     progress_->setAccessibleName("Progress");
 }
 
@@ -98,7 +171,7 @@ void UpdateWindowView::tell(const UpdateView& view) {
     if (view.notes != before.notes) {
         notes_->setPlainText(qt(view.notes));
     }
-    notes_->setVisible(!view.notes.empty());
+    notesCard_->setVisible(!view.notes.empty());
     progress_->setVisible(view.progress.has_value());
     progress_->setRange(0, view.progress.value_or(0) < 0 ? 0 : wholeProgress);
     progress_->setValue(int(std::lround(wholeProgress * view.progress.value_or(0))));
@@ -124,20 +197,18 @@ bool UpdateWindowView::event(QEvent* event) {
 
 void UpdateWindowView::dress() {
     icon_->setPixmap(icon());
+    // On the card, whose corners are round.
     auto palette = QApplication::palette();
-    const auto colors = look::colors(palette);
-    palette.setColor(QPalette::Base, colors.card);
-    palette.setColor(QPalette::Text, colors.text);
+    palette.setColor(QPalette::Base, Qt::transparent);
+    palette.setColor(QPalette::Text, look::colors(palette).text);
     notes_->setPalette(palette);
 }
 
-// A window of one size asks for no height by width.
 void UpdateWindowView::fit() {
-    for (auto* label : {heading_, text_, progressText_}) {
-        label->setFixedHeight(std::max(label->heightForWidth(columnWidth), 0));
-    }
-    notes_->document()->setTextWidth(columnWidth);
-    notes_->setFixedHeight(std::min(int(std::ceil(notes_->document()->size().height())), mostNotes));
+    // Measured on a copy: the text itself keeps to the room that its scroll bar leaves.
+    const std::unique_ptr<QTextDocument> copy(notes_->document()->clone());
+    copy->setTextWidth(columnWidth);
+    notesCard_->setFixedHeight(std::min(int(std::ceil(copy->size().height())), mostNotes));
 }
 
 // The program's, with a warning on it when something went wrong.

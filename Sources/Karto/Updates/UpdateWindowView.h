@@ -12,6 +12,8 @@ class QTextEdit;
 
 namespace karto {
 
+class Card;
+
 class UpdateWindowView : public QDialog {
 public:
     // onIntent: what the person chooses.
@@ -28,7 +30,7 @@ protected:
 private:
     // Colours that follow the desktop's.
     void dress();
-    // Heights that follow from texts and fonts.
+    // The height of the notes, which follows from text and font.
     void fit();
     [[nodiscard]] QPixmap icon() const;
     void putButtons(const std::vector<UpdateButton>& buttons);
@@ -37,6 +39,7 @@ private:
     QLabel* icon_;
     QLabel* heading_;
     QLabel* text_;
+    Card* notesCard_;
     QTextEdit* notes_;
     QProgressBar* progress_;
     QLabel* progressText_;

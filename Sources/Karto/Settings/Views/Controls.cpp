@@ -92,6 +92,12 @@ void Text::setElided() {
     setWordWrap(false);
 }
 
+// A paragraph of one width is as high as that makes it.
+QSize Text::sizeHint() const {
+    const bool isColumn = wordWrap() && minimumWidth() == maximumWidth();
+    return isColumn ? QSize(minimumWidth(), heightForWidth(minimumWidth())) : QLabel::sizeHint();
+}
+
 QSize Text::minimumSizeHint() const {
     const auto whole = QLabel::minimumSizeHint();
     return isElided_ ? QSize(std::min(whole.width(), fontMetrics().averageCharWidth() * leastCharacters),

@@ -26,6 +26,7 @@ public:
     // Gives up the middle of its text where there is no room for all of it.
     void setElided();
 
+    [[nodiscard]] QSize sizeHint() const override;
     [[nodiscard]] QSize minimumSizeHint() const override;
 
 protected:

@@ -151,12 +151,16 @@ std::expected<std::string, std::string> PackageCache::finish() {
     return folder_ + '/' + name_;
 }
 
-void PackageCache::clear() {
+void PackageCache::close() {
     file_ = Descriptor(-1);
+    opened_ = Descriptor(-1);
+}
+
+void PackageCache::clear() {
     if (openFolder()) {
         removeAllBut({});
     }
-    opened_ = Descriptor(-1);
+    close();
 }
 
 } // namespace karto
