@@ -1,10 +1,10 @@
 #include <gmock/gmock.h>
 
-#include <QGuiApplication>
+#include <QApplication>
 
 int main(int argumentCount, char** arguments) {
     qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QGuiApplication application(argumentCount, arguments);
+    const QApplication application(argumentCount, arguments);
     ::testing::InitGoogleMock(&argumentCount, arguments);
     return RUN_ALL_TESTS();
 }

@@ -32,18 +32,20 @@ constexpr int smallestSidebar = 180;
 constexpr int sidebarWidth = 200;
 constexpr int largestSidebar = 240;
 constexpr int paneSide = 24;
+constexpr int scrolledSide = paneSide - look::ringRoom;
 constexpr int paneTop = 32;
 constexpr int paneBottom = 20 - look::ringRoom;
 constexpr int titleGap = 16;
 constexpr int bottomGap = 12;
 constexpr int revealDuration = 120;
 
-// Keeps its content at the top left and no wider than is good to read.
+// Keeps its content at the top left and no wider than is good to read. The content brings the room at its
+// sides that buttons need for the ring of the focus.
 QWidget* column(QWidget* content) {
     auto* room = new QWidget;
     auto* line = new QHBoxLayout(room);
-    line->setContentsMargins(paneSide, 0, paneSide, look::groupGap);
-    content->setMaximumWidth(look::paneWidth);
+    line->setContentsMargins(scrolledSide, 0, scrolledSide, look::groupGap);
+    content->setMaximumWidth(look::paneWidth + 2 * look::ringRoom);
     line->addWidget(content, 1);
     line->addStretch(0);
     return room;
@@ -80,7 +82,7 @@ protected:
         if (widget() != nullptr) {
             auto* layout = widget()->layout();
             auto margins = layout->contentsMargins();
-            margins.setRight(paneSide - (width() - viewport()->width()));
+            margins.setRight(scrolledSide - (width() - viewport()->width()));
             layout->setContentsMargins(margins);
         }
     }
@@ -118,6 +120,13 @@ SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services
     auto* frame = new QHBoxLayout(this);
     frame->setContentsMargins(0, 0, 0, 0);
     frame->addWidget(splitter);
+    // Wherever the keyboard or a screen reader goes. What a pointer is on is seen, and stays under it.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
+        if (old != nullptr && now != nullptr && QApplication::mouseButtons() == Qt::NoButton &&
+            scroll_->isAncestorOf(now)) {
+            scroll_->ensureWidgetVisible(now);
+        }
+    });
     refresh();
     sidebar_->setFocus();
 }
@@ -150,7 +159,7 @@ QWidget* SettingsView::makeBottomRow() {
     lines->addWidget(new Hairline);
     auto* row = new QHBoxLayout;
     // Buttons keep room for the ring of the focus around them.
-    row->setContentsMargins(paneSide - look::ringRoom, 0, paneSide - look::ringRoom, 0);
+    row->setContentsMargins(scrolledSide, 0, scrolledSide, 0);
     row->setSpacing(0);
     undo_ = new Button("Undo");
     redo_ = new Button("Redo");
@@ -246,9 +255,6 @@ bool SettingsView::focusNextPrevChild(bool next) {
     const auto following =
         current == stops.end() ? (next ? 0 : count - 1) : (index + (next ? 1 : count - 1)) % count;
     stops[following]->setFocus(reason);
-    if (scroll_->isAncestorOf(stops[following])) {
-        scroll_->ensureWidgetVisible(stops[following]);
-    }
     return true;
 }
 
