@@ -122,6 +122,9 @@ TEST_F(SettingsViewTest, zonesAreSelectedMovedAndPinnedByActions) {
     EXPECT_TRUE(find(QAccessible::ListItem, "Zone 2, x 0.5")->state().selected);
     EXPECT_FALSE(find(QAccessible::ListItem, "Zone 1, x 0")->state().selected);
 
+    act(QAccessible::ButtonMenu, "Use a preset", "Thirds");
+    EXPECT_EQ(ring().size(), 4);
+    model.edit([](LayoutEditor& editor) { editor.undo(); });
     act(QAccessible::ListItem, "Zone 3, Tall", "Move up");
     act(QAccessible::ListItem, "Zone 1, Wide", "Pin");
     EXPECT_THAT(ring(),

@@ -233,16 +233,22 @@ void Button::paintEvent(QPaintEvent* /*event*/) {
 }
 
 MenuButton::MenuButton(const QString& text, QWidget* parent)
-    : Button(text, parent) {
+    : Button({}, parent) {
+    // Told sooner, a screen reader would take it for any other button for good.
+    setText(text);
     setMenu(new QMenu(this));
     setAccessibleName(text);
 }
 
 std::vector<Spoken::Action> MenuButton::spokenActions() {
     // Who asks for the menu is not to wait until it is closed.
-    return {{.name = QAccessibleActionInterface::showMenuAction(), .keys = "Space", .perform = [this] {
-                 QTimer::singleShot(0, this, [this] { showMenu(); });
-             }}};
+    const auto open = [this] { QTimer::singleShot(0, this, [this] { showMenu(); }); };
+    std::vector<Action> actions{
+        {.name = QAccessibleActionInterface::showMenuAction(), .keys = "Space", .perform = open}};
+    for (auto* item : menu()->actions()) {
+        actions.push_back({.name = item->text(), .keys = {}, .perform = [item] { item->trigger(); }});
+    }
+    return actions;
 }
 
 IconButton::IconButton(Symbol symbol, const QString& help, QWidget* parent)

@@ -90,7 +90,7 @@ private:
     std::optional<Symbol> symbol_;
 };
 
-// Opens a menu, of which it is the owner.
+// Opens a menu, of which it is the owner. A screen reader has the menu's items without opening it, too.
 class MenuButton final : public Button, public Spoken {
 public:
     explicit MenuButton(const QString& text, QWidget* parent = nullptr);

@@ -33,7 +33,7 @@ FormRow::FormRow(QWidget* label, std::initializer_list<QWidget*> controls)
     line->setSpacing(0);
     // Where its text takes more than a line.
     label->setContentsMargins(0, noteMargin, 0, noteMargin);
-    line->addWidget(label, 1, Qt::AlignVCenter);
+    line->addWidget(label, 1, Qt::AlignVCenter | (beginsWithText ? Qt::Alignment() : Qt::AlignLeft));
     int gap = labelGap;
     for (QWidget* control : controls) {
         line->addSpacing(gap);

@@ -111,7 +111,7 @@ void LayoutSectionView::buildEditor() {
     auto* header = new QHBoxLayout;
     header->setContentsMargins(look::ringRoom, 0, 0, 0);
     name_ = new Text(TextRole::head);
-    name_->setWordWrap(true);
+    name_->setElided();
     presets_ = new MenuButton(usePreset);
     presetOrientation_.reset();
     header->addWidget(name_, 1);
@@ -162,6 +162,7 @@ void LayoutSectionView::refreshEditor() {
         return;
     }
     name_->setText(QString::fromStdString(nameText(display->name)));
+    name_->setToolTip(name_->text());
     if (presetOrientation_ != display->orientation()) {
         presetOrientation_ = display->orientation();
         listPresets(*presets_->menu(), display->orientation(),

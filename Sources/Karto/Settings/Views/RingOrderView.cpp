@@ -66,6 +66,7 @@ public:
         const auto orientation = rawName(row.orientation);
         number_->setText(QString::number(row.order));
         name_->setText(QString::fromStdString(nameText(row.display)));
+        name_->setToolTip(name_->text());
         detail_->setText(
             QString("(%1)%2").arg(QString::fromUtf8(orientation.data(), qsizetype(orientation.size())),
                                   row.isConnected ? QString() : QString("   not connected")));

@@ -41,10 +41,10 @@ constexpr int revealDuration = 120;
 
 // Keeps its content at the top left and no wider than is good to read. The content brings the room at its
 // sides that buttons need for the ring of the focus.
-QWidget* column(QWidget* content) {
+QWidget* column(QWidget* content, int rightMargin) {
     auto* room = new QWidget;
     auto* line = new QHBoxLayout(room);
-    line->setContentsMargins(scrolledSide, 0, scrolledSide, look::groupGap);
+    line->setContentsMargins(scrolledSide, 0, rightMargin, look::groupGap);
     content->setMaximumWidth(look::paneWidth + 2 * look::ringRoom);
     line->addWidget(content, 1);
     line->addStretch(0);
@@ -65,7 +65,12 @@ void addStops(const QWidget& within, std::vector<QWidget*>& stops) {
     }
 }
 
-// Scrolls its column within the pane's margin, so that the column is as wide with a bar as without one.
+// The bar stands in the pane's margin, so that the column is as wide with a bar as without one.
+int marginBesideBar(const QScrollArea& area) {
+    return scrolledSide - (area.width() - area.viewport()->width());
+}
+
+// Scrolls its column up and down, and is never narrower than that.
 class Scroller final : public QScrollArea {
 public:
     Scroller() {
@@ -82,9 +87,17 @@ protected:
         if (widget() != nullptr) {
             auto* layout = widget()->layout();
             auto margins = layout->contentsMargins();
-            margins.setRight(scrolledSide - (width() - viewport()->width()));
+            margins.setRight(marginBesideBar(*this));
             layout->setContentsMargins(margins);
         }
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == widget() && event->type() == QEvent::LayoutRequest) {
+            const int margin = scrolledSide - widget()->layout()->contentsMargins().right();
+            setMinimumWidth(widget()->minimumSizeHint().width() + margin);
+        }
+        return QScrollArea::eventFilter(watched, event);
     }
 };
 
@@ -106,7 +119,6 @@ SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services
     , general_(general)
     , actions_(std::move(actions))
     , changes_(model.observe([this] { refresh(); })) {
-    setMinimumSize(smallestSize);
     auto* splitter = new QSplitter(Qt::Horizontal);
     splitter->setHandleWidth(1);
     splitter->setChildrenCollapsible(false);
@@ -130,6 +142,9 @@ SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services
     refresh();
     sidebar_->setFocus();
 }
+
+// What is in it may need more than the smallest size where fonts are large.
+QSize SettingsView::minimumSizeHint() const { return QWidget::minimumSizeHint().expandedTo(smallestSize); }
 
 QWidget* SettingsView::makePane() {
     auto* pane = new QWidget;
@@ -204,7 +219,7 @@ void SettingsView::refresh() {
             old->hide();
             old->deleteLater();
         }
-        scroll_->setWidget(column(makeSection()));
+        scroll_->setWidget(column(makeSection(), marginBesideBar(*scroll_)));
         scroll_->widget()->setAutoFillBackground(false);
         scroll_->viewport()->setAutoFillBackground(false);
     }
