@@ -6,6 +6,12 @@
 
 namespace karto::OverlaySettings {
 
+namespace {
+
+constexpr double percent = 100;
+
+} // namespace
+
 const std::array<Slider, 3> sliders{{
     {.label = "Delay before showing",
      .field = &OverlayAppearance::delay,
@@ -16,7 +22,8 @@ const std::array<Slider, 3> sliders{{
      .field = &OverlayAppearance::backgroundOpacity,
      .limits = OverlayLimits::backgroundOpacity,
      .step = 0.01,
-     .valueText = [](double opacity) { return fmt::format("{:.0f}%", opacity * 100); }},
+     .readFactor = percent,
+     .valueText = [](double opacity) { return fmt::format("{:.0f}%", opacity * percent); }},
     {.label = "Zone number size",
      .field = &OverlayAppearance::numberSize,
      .limits = OverlayLimits::numberSize,

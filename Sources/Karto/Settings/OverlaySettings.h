@@ -16,6 +16,8 @@ struct Slider {
     double OverlayAppearance::* field = nullptr;
     Limits limits;
     double step = 0;
+    // From the value to the number that a person reads.
+    double readFactor = 1;
     // What a person reads beside it.
     std::string (*valueText)(double value) = nullptr;
 };

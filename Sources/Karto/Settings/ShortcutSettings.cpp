@@ -36,6 +36,8 @@ ShortcutSettings::HyperKey ShortcutSettings::hyperKey() const {
                     : "This combination summons the overlay and is held for every command below.",
             .isUnavailable = isUnavailable(),
             .value = isRecordingModifiers_ ? listening : combination.glyphs(),
+            .spoken =
+                isRecordingModifiers_ ? listening : fmt::format("{}", fmt::join(combination.names(), ", ")),
             .isRecording = isRecordingModifiers_,
             .button = isRecordingModifiers_ ? cancel : "Record New Combination",
             .refusal = modifierRefusal_};
@@ -51,6 +53,7 @@ std::vector<ShortcutSettings::CommandRow> ShortcutSettings::commandRows() const 
             {.command = command,
              .name = command.displayName(),
              .value = isRecording ? listening : "hyper + " + keys.at(command).glyph(),
+             .spoken = isRecording ? listening : fmt::format("hyper + {}", keys.at(command).name()),
              .isRecording = isRecording,
              .button = isRecording ? cancel : "Record",
              .canRecord = !isUnavailable(),

@@ -23,6 +23,8 @@ public:
         bool isUnavailable = false;
         // The combination as glyphs, or that it is being recorded.
         std::string value;
+        // The same for somebody who listens.
+        std::string spoken;
         bool isRecording = false;
         std::string button;
         std::optional<std::string> refusal;
@@ -33,6 +35,8 @@ public:
         std::string name;
         // The shortcut as glyphs, or that it is being recorded.
         std::string value;
+        // The same for somebody who listens.
+        std::string spoken;
         bool isRecording = false;
         std::string button;
         bool canRecord = false;

@@ -1,9 +1,10 @@
 // Has the program live through a storm and asks afterwards what became of it:
-// soak MINUTES SEED plain|composited. What happened is in a table on standard output; the status is 1 when
-// something is wrong, with a sentence for each such thing on standard error.
+// soak MINUTES SEED plain|composited everywhere|settings. What happened is in a table on standard output; the
+// status is 1 when something is wrong, with a sentence for each such thing on standard error.
 
 #include "Storm.h"
 
+#include "KartoCore/ConfigReading.h"
 #include "Support/Footprint.h"
 #include "Support/SampleZones.h"
 
@@ -32,9 +33,10 @@ const Environment sanitizerOptions{{"ASAN_OPTIONS", "quarantine_size_mb=8:detect
 
 class Soak {
 public:
-    Soak(std::chrono::seconds duration, std::uint32_t seed, bool isComposited)
+    Soak(std::chrono::seconds duration, std::uint32_t seed, bool isComposited, Storm::Place place)
         : duration_(duration)
-        , storm_(desktop_, seed, isComposited)
+        , place_(place)
+        , storm_(desktop_, seed, isComposited, place)
         , karto_(desktop_, sanitizerOptions) {
         karto_.waitForBanner();
     }
@@ -71,7 +73,48 @@ private:
                                                      karto_.process().errors()));
             }
         }
+        // Elsewhere the storm has the file say what no settings would.
+        if (place_ == Storm::Place::settings) {
+            expectAgreement();
+        }
         storm_.calm();
+    }
+
+    // A file that says what the settings have is read without a change of what they and their preview show.
+    void expectAgreement() {
+        storm_.openSettingsAlone();
+        // What they have still to write is written.
+        std::this_thread::sleep_for(2s);
+        const auto path = KartoProcess::configurationPath(desktop_);
+        const std::string written = contentsOf(path);
+        if (const auto config = readConfig(written); !config || !config->validate()) {
+            complain("the file cannot be read: {}", written);
+            return;
+        }
+        const auto shown = picture();
+        karto_.log().rest();
+        KartoProcess::writeConfiguration(desktop_, "# From elsewhere.\n" + written);
+        if (!karto_.log().next("config reload: config loaded")) {
+            complain("the file was not read again");
+        }
+        std::this_thread::sleep_for(1s);
+        if (picture() != shown) {
+            complain("the settings had something else than the file: {}", written);
+        }
+    }
+
+    // Enough points to tell one layout from another.
+    [[nodiscard]] std::vector<std::uint32_t> picture() const {
+        constexpr int step = 16;
+        std::vector<std::uint32_t> colors;
+        for (const auto& output : studioAndTower) {
+            for (int y = int(output.area.y); y < output.area.maxY(); y += step) {
+                for (int x = int(output.area.x); x < output.area.maxX(); x += step) {
+                    colors.push_back(desktop_.x().colorAt(x, y));
+                }
+            }
+        }
+        return colors;
     }
 
     // What Karto holds once it obeys and has nothing more to do.
@@ -181,6 +224,7 @@ private:
         {"pixmaps, kB", &Footprint::pixmapKilobytes, 256}};
 
     std::chrono::seconds duration_;
+    Storm::Place place_;
     PrivateDesktop desktop_;
     Storm storm_;
     KartoProcess karto_;
@@ -193,14 +237,16 @@ private:
 
 int main(int count, char** values) {
     const std::span arguments(values, std::size_t(count));
-    if (arguments.size() != 4) {
-        std::fputs("soak MINUTES SEED plain|composited\n", stderr);
+    if (arguments.size() != 5) {
+        std::fputs("soak MINUTES SEED plain|composited everywhere|settings\n", stderr);
         return 2;
     }
     try {
         using namespace karto::desktop;
         Soak soak(std::chrono::seconds(int(std::stod(arguments[1]) * 60)),
-                  std::uint32_t(std::stoul(arguments[2])), std::string_view(arguments[3]) == "composited");
+                  std::uint32_t(std::stoul(arguments[2])), std::string_view(arguments[3]) == "composited",
+                  std::string_view(arguments[4]) == "settings" ? Storm::Place::settings
+                                                               : Storm::Place::everywhere);
         const bool isWell = soak.run();
         for (const auto& fault : soak.faults()) {
             fmt::print(stderr, "soak: {}\n", fault);

@@ -46,24 +46,25 @@ const std::vector<Storm::Act> Storm::acts{
     {.name = "windows changed", .weight = 12, .run = &Storm::changeWindow},
     {.name = "applications stopped", .weight = 2, .run = &Storm::stopApplication},
     {.name = "edits of the configuration", .weight = 5, .run = &Storm::editConfiguration},
-    {.name = "changes of displays", .weight = 3, .run = &Storm::changeDisplays},
+    {.name = "changes of displays", .weight = 3, .run = &Storm::changeDisplays, .isOfSettings = true},
     {.name = "changes of the keyboard", .weight = 2, .run = &Storm::changeKeyboard},
     {.name = "grabs of the server", .weight = 1, .run = &Storm::grabServer},
     {.name = "window managers restarted", .weight = 1, .run = &Storm::restartManager},
     {.name = "compositors restarted", .weight = 1, .run = &Storm::restartCompositor},
     {.name = "panels come or gone", .weight = 2, .run = &Storm::togglePanel},
-    {.name = "settings opened", .weight = 3, .run = &Storm::openSettings},
-    {.name = "settings used", .weight = 30, .run = &Storm::useSettings},
-    {.name = "zones edited on the screen", .weight = 12, .run = &Storm::editOnScreen},
-    {.name = "settings closed", .weight = 2, .run = &Storm::closeSettings},
+    {.name = "settings opened", .weight = 3, .run = &Storm::openSettings, .isOfSettings = true},
+    {.name = "settings used", .weight = 30, .run = &Storm::useSettings, .isOfSettings = true},
+    {.name = "zones edited on the screen", .weight = 12, .run = &Storm::editOnScreen, .isOfSettings = true},
+    {.name = "settings closed", .weight = 2, .run = &Storm::closeSettings, .isOfSettings = true},
 };
 
-Storm::Storm(PrivateDesktop& desktop, std::uint32_t seed, bool isComposited)
+Storm::Storm(PrivateDesktop& desktop, std::uint32_t seed, bool isComposited, Place place)
     : desktop_(desktop)
     , random_(seed)
     , keys_(desktop.x())
     , mouse_(desktop.x())
-    , isComposited_(isComposited) {
+    , isComposited_(isComposited)
+    , place_(place) {
     desktop_.startWindowManager("openbox");
     restartCompositor();
     calm();
@@ -71,7 +72,9 @@ Storm::Storm(PrivateDesktop& desktop, std::uint32_t seed, bool isComposited)
 
 void Storm::act() {
     std::vector<double> weights;
-    std::ranges::transform(acts, std::back_inserter(weights), &Act::weight);
+    std::ranges::transform(acts, std::back_inserter(weights), [this](const Act& each) {
+        return place_ == Place::everywhere || each.isOfSettings ? each.weight : 0;
+    });
     const Act& act = acts[std::discrete_distribution<std::size_t>(weights.begin(), weights.end())(random_)];
     ++counts_[act.name];
     latest_.push_back(act.name);
@@ -103,6 +106,20 @@ void Storm::calm() {
     panel_.reset();
     togglePanel();
     require("the windows to go", [&] { return x.property(x.root(), "_NET_CLIENT_LIST").size() <= 1; });
+}
+
+void Storm::openSettingsAlone() {
+    require("the settings alone", [&] {
+        const auto count = ownWindows().size();
+        if (count > 1) {
+            closeSettings();
+        } else if (count == 0) {
+            openSettings();
+        }
+        return eventually([this] { return ownWindows().size() == 1; }, 500ms);
+    });
+    mouse_.move({.x = 1, .y = 1});
+    desktop_.x().settle();
 }
 
 void Storm::giveCommand() {

@@ -20,11 +20,17 @@ namespace karto::desktop {
 
 class Storm {
 public:
+    // Over everything, or over the settings and their preview alone.
+    enum class Place : std::uint8_t { everywhere, settings };
+
     // Furnishes the desktop, which has the outputs of `studioAndTower`.
-    Storm(PrivateDesktop& desktop, std::uint32_t seed, bool isComposited);
+    Storm(PrivateDesktop& desktop, std::uint32_t seed, bool isComposited, Place place);
 
     // Does one thing.
     void act();
+
+    // Ends with the settings open, without anything in front of them or a button of the preview pointed at.
+    void openSettingsAlone();
 
     // Ends with the desktop as it was at the start: both displays, a panel, the sample configuration, no
     // windows, the settings closed.
@@ -43,6 +49,8 @@ private:
         std::string name;
         double weight = 0;
         void (Storm::*run)();
+        // Part of a storm over the settings alone.
+        bool isOfSettings = false;
     };
 
     static const std::vector<Act> acts;
@@ -89,6 +97,7 @@ private:
     KeyPresser keys_;
     Mouse mouse_;
     bool isComposited_;
+    Place place_;
     std::list<Application> windows_;
     std::unique_ptr<ChildProcess> compositor_;
     std::unique_ptr<ChildProcess> panel_;

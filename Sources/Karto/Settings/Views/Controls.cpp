@@ -5,10 +5,12 @@
 #include <QCoreApplication>
 #include <QEvent>
 #include <QHBoxLayout>
+#include <QMenu>
 #include <QMouseEvent>
 #include <QPainter>
 #include <QStyle>
 #include <QStyleOptionSlider>
+#include <QTimer>
 #include <QWheelEvent>
 
 #include <utility>
@@ -145,7 +147,7 @@ void Note::paintEvent(QPaintEvent* /*event*/) {
     if (symbol_) {
         QPainter painter(this);
         const int line = QFontMetrics(text_->font()).height();
-        painter.drawPixmap(QPoint(0, (line - look::symbolSide) / 2),
+        painter.drawPixmap(QPoint(0, contentsMargins().top() + (line - look::symbolSide) / 2),
                            symbolPixmap(*symbol_, look::symbolSide, devicePixelRatioF(),
                                         colorOf(role_, look::colors(palette()))));
     }
@@ -236,6 +238,25 @@ void Button::paintEvent(QPaintEvent* /*event*/) {
     }
 }
 
+MenuButton::MenuButton(const QString& text, QWidget* parent)
+    : Button({}, parent) {
+    // Told sooner, a screen reader would take it for any other button for good.
+    setText(text);
+    setMenu(new QMenu(this));
+    setAccessibleName(text);
+}
+
+std::vector<Spoken::Action> MenuButton::spokenActions() {
+    // Who asks for the menu is not to wait until it is closed.
+    const auto open = [this] { QTimer::singleShot(0, this, [this] { showMenu(); }); };
+    std::vector<Action> actions{
+        {.name = QAccessibleActionInterface::showMenuAction(), .keys = "Space", .perform = open}};
+    for (auto* item : menu()->actions()) {
+        actions.push_back({.name = item->text(), .keys = {}, .perform = [item] { item->trigger(); }});
+    }
+    return actions;
+}
+
 IconButton::IconButton(Symbol symbol, const QString& help, QWidget* parent)
     : QAbstractButton(parent)
     , symbol_(symbol) {
@@ -277,6 +298,26 @@ Slider::Slider(QWidget* parent)
     setAttribute(Qt::WA_Hover);
     setFocusPolicy(Qt::StrongFocus);
 }
+
+void Slider::setScale(double first, double step) {
+    scaleFirst_ = first;
+    scaleStep_ = step;
+}
+
+std::vector<Spoken::Action> Slider::spokenActions() {
+    const auto action = [this](const QString& name, const QString& keys, SliderAction move) {
+        return Action{.name = name, .keys = keys, .perform = [this, move] { triggerAction(move); }};
+    };
+    return {action(QAccessibleActionInterface::increaseAction(), "Right", SliderSingleStepAdd),
+            action(QAccessibleActionInterface::decreaseAction(), "Left", SliderSingleStepSub)};
+}
+
+std::optional<Spoken::Value> Slider::spokenValue() const {
+    const auto at = [this](int position) { return scaleFirst_ + position * scaleStep_; };
+    return Value{.now = at(value()), .least = at(minimum()), .most = at(maximum()), .step = scaleStep_};
+}
+
+void Slider::setSpokenValue(double value) { setValue(qRound((value - scaleFirst_) / scaleStep_)); }
 
 QSize Slider::sizeHint() const { return {200, qRound(2 * knobRadius) + 2 * ringRoom + 2}; }
 

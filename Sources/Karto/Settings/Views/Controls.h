@@ -1,6 +1,7 @@
 #pragma once
 // The controls of the program's windows, painted alike on every desktop in its own colours.
 
+#include "Karto/Settings/Views/Spoken.h"
 #include "Karto/Settings/Views/Symbols.h"
 
 #include <QCheckBox>
@@ -74,7 +75,7 @@ protected:
     [[nodiscard]] bool hitButton(const QPoint& position) const override;
 };
 
-class Button final : public QPushButton {
+class Button : public QPushButton {
 public:
     explicit Button(const QString& text, QWidget* parent = nullptr);
     Button(const QString& text, Symbol symbol, QWidget* parent = nullptr);
@@ -88,6 +89,16 @@ protected:
 
 private:
     std::optional<Symbol> symbol_;
+};
+
+// Opens a menu, of which it is the owner. A screen reader has the menu's items without opening it, too.
+class MenuButton final : public Button, public Spoken {
+public:
+    explicit MenuButton(const QString& text, QWidget* parent = nullptr);
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::ButtonMenu; }
+
+    [[nodiscard]] std::vector<Action> spokenActions() override;
 };
 
 // Square, with a symbol alone; its help is its tooltip and its accessible name.
@@ -106,9 +117,18 @@ private:
     Symbol symbol_;
 };
 
-class Slider final : public QSlider {
+class Slider final : public QSlider, public Spoken {
 public:
     explicit Slider(QWidget* parent = nullptr);
+
+    // What a person reads at the first position, and how much more at each further one.
+    void setScale(double first, double step);
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Slider; }
+
+    [[nodiscard]] std::vector<Action> spokenActions() override;
+    [[nodiscard]] std::optional<Value> spokenValue() const override;
+    void setSpokenValue(double value) override;
 
     [[nodiscard]] QSize sizeHint() const override;
 
@@ -126,6 +146,9 @@ protected:
 
 private:
     [[nodiscard]] int valueAt(qreal x) const;
+
+    double scaleFirst_ = 0;
+    double scaleStep_ = 1;
 };
 
 // Thin, and all of it the part that is held: it stands in a margin.

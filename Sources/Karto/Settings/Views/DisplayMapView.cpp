@@ -23,7 +23,7 @@ QRectF toQRectF(const Rect& rect) { return {rect.x, rect.y, rect.width, rect.hei
 
 } // namespace
 
-class DisplayMapView::Box final : public QAbstractButton {
+class DisplayMapView::Box final : public QAbstractButton, public Spoken {
 public:
     Box(const DisplayMapBox& box, QWidget* parent)
         : QAbstractButton(parent) {
@@ -35,6 +35,9 @@ public:
         setAccessibleName(text());
         setToolTip(text());
     }
+
+    // One of those of the map is chosen.
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::RadioButton; }
 
     void setZones(std::vector<NormRect> zones) {
         zones_ = std::move(zones);

@@ -2,6 +2,7 @@
 // The connected displays as a picture; a click selects one.
 
 #include "Karto/Settings/DisplayMap.h"
+#include "Karto/Settings/Views/Spoken.h"
 
 #include <QWidget>
 
@@ -13,7 +14,7 @@ class QAbstractButton;
 
 namespace karto {
 
-class DisplayMapView final : public QWidget {
+class DisplayMapView final : public QWidget, public Spoken {
 public:
     static constexpr int mapHeight = 160;
 
@@ -23,6 +24,8 @@ public:
     void refresh();
 
     [[nodiscard]] QSize sizeHint() const override { return {320, mapHeight}; }
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Grouping; }
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -24,13 +24,16 @@ bool isText(const QWidget* widget) { return qobject_cast<const QLabel*>(widget) 
 FormRow::FormRow(QWidget* label, std::initializer_list<QWidget*> controls)
     : lines_(new QVBoxLayout(this)) {
     const bool endsWithText = controls.size() == 0 || isText(*std::prev(controls.end()));
-    lines_->setContentsMargins(look::rowPadding, 0, look::rowPadding - (endsWithText ? 0 : look::ringRoom),
-                               0);
+    const bool beginsWithText = qobject_cast<const QAbstractButton*>(label) == nullptr;
+    const auto margin = [](bool isText) { return look::rowPadding - (isText ? 0 : look::ringRoom); };
+    lines_->setContentsMargins(margin(beginsWithText), 0, margin(endsWithText), 0);
     lines_->setSpacing(0);
     auto* line = new QHBoxLayout;
     line->setContentsMargins(0, 0, 0, 0);
     line->setSpacing(0);
-    line->addWidget(label, 1, Qt::AlignVCenter);
+    // Where its text takes more than a line.
+    label->setContentsMargins(0, noteMargin, 0, noteMargin);
+    line->addWidget(label, 1, Qt::AlignVCenter | (beginsWithText ? Qt::Alignment() : Qt::AlignLeft));
     int gap = labelGap;
     for (QWidget* control : controls) {
         line->addSpacing(gap);
@@ -56,8 +59,16 @@ void showOrHide(Note& note, const std::optional<QString>& text) {
     note.setVisible(text.has_value());
 }
 
-Card::Card(QWidget* parent)
-    : QWidget(parent)
+QVBoxLayout* addInset(QVBoxLayout& section) {
+    auto* lines = new QVBoxLayout;
+    lines->setContentsMargins(look::ringRoom, 0, look::ringRoom, 0);
+    lines->setSpacing(section.spacing());
+    section.addLayout(lines);
+    return lines;
+}
+
+Card::Card(QAccessible::Role role)
+    : role_(role)
     , rows_(new QVBoxLayout(this)) {
     rows_->setContentsMargins(0, 0, 0, 0);
     rows_->setSpacing(0);

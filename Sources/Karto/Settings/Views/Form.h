@@ -3,6 +3,7 @@
 // right.
 
 #include "Karto/Settings/Views/Controls.h"
+#include "Karto/Settings/Views/Spoken.h"
 
 #include <QWidget>
 
@@ -27,16 +28,23 @@ private:
 // Sets the text and shows the note, or hides it.
 void showOrHide(Note& note, const std::optional<QString>& text);
 
-class Card final : public QWidget {
+// Adds a column within a section, from whose sides buttons stand out by the room for the ring of their focus.
+QVBoxLayout* addInset(QVBoxLayout& section);
+
+class Card final : public QWidget, public Spoken {
 public:
-    explicit Card(QWidget* parent = nullptr);
+    // role: of what its rows are together.
+    explicit Card(QAccessible::Role role = QAccessible::Grouping);
 
     void add(QWidget* row);
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return role_; }
 
 protected:
     void paintEvent(QPaintEvent* event) override;
 
 private:
+    QAccessible::Role role_;
     QVBoxLayout* rows_;
 };
 

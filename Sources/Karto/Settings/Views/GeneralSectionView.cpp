@@ -18,7 +18,7 @@ GeneralSectionView::GeneralSectionView(SettingsModel& model, const GeneralSettin
     : settings_(services)
     , changes_(model.observe([this] { refresh(); })) {
     auto* groups = new QVBoxLayout(this);
-    groups->setContentsMargins(0, 0, 0, 0);
+    groups->setContentsMargins(look::ringRoom, 0, look::ringRoom, 0);
     groups->setSpacing(look::groupGap);
     auto* first = new Group({});
     auto* open = new Button("Open Layout", Symbol::layout);
@@ -83,6 +83,7 @@ void GeneralSectionView::refresh() {
     startSwitch_->setChecked(status == LoginItemStatus::enabled);
     const auto& failure = settings_.loginItemFailure();
     showOrHide(*loginItemFailure_, failure ? std::optional(QString::fromStdString(*failure)) : std::nullopt);
+    startSwitch_->setAccessibleDescription(loginItemFailure_->text());
     updateSwitch_->setChecked(settings_.checksForUpdates());
     const bool isGranted = settings_.mayMoveWindows();
     permission_->setSymbol(isGranted ? Symbol::check : Symbol::warning);

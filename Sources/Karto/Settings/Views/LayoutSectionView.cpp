@@ -17,6 +17,7 @@ namespace karto {
 namespace {
 
 constexpr int lineGap = 12;
+constexpr auto usePreset = "Use a preset…";
 
 } // namespace
 
@@ -51,7 +52,7 @@ void LayoutSectionView::rebuild() {
 }
 
 void LayoutSectionView::buildLegacyFormat() {
-    auto* presets = presetButton();
+    auto* presets = new MenuButton(usePreset);
     listPresets(*presets->menu(), Orientation::landscape,
                 [this](const LayoutPreset& preset) { LayoutSettings::startOver(preset, model_); });
     addMessage("The layout format changed.",
@@ -79,59 +80,59 @@ void LayoutSectionView::addMessage(const QString& head, const std::vector<QWidge
     auto* card = new Card;
     auto* row = new QWidget;
     auto* lines = new QVBoxLayout(row);
-    lines->setContentsMargins(look::rowPadding, look::rowPadding, look::rowPadding, look::rowPadding);
+    constexpr int side = look::rowPadding - look::ringRoom;
+    lines->setContentsMargins(side, look::rowPadding, side, look::rowPadding - look::ringRoom);
     lines->setSpacing(lineGap);
-    lines->addWidget(new Text(TextRole::head, head));
+    addInset(*lines)->addWidget(new Text(TextRole::head, head));
     for (QWidget* part : parts) {
-        const bool isButton = qobject_cast<QAbstractButton*>(part) != nullptr;
-        lines->addWidget(part, 0, isButton ? Qt::AlignLeft : Qt::Alignment());
+        if (qobject_cast<QAbstractButton*>(part) != nullptr) {
+            lines->addWidget(part, 0, Qt::AlignLeft);
+        } else {
+            addInset(*lines)->addWidget(part);
+        }
     }
     card->add(row);
-    lines_->addWidget(card);
+    addInset(*lines_)->addWidget(card);
 }
 
 void LayoutSectionView::buildEditor() {
     auto* mapCard = new Card;
     map_ = new DisplayMapView(model_);
     mapCard->add(map_);
-    lines_->addWidget(mapCard);
-
+    auto* above = addInset(*lines_);
+    above->addWidget(mapCard);
     nothingSelected_ = new Text(TextRole::secondary, "Select a display above.");
-    lines_->addWidget(nothingSelected_);
+    above->addWidget(nothingSelected_);
 
     display_ = new QWidget;
     auto* column = new QVBoxLayout(display_);
     column->setContentsMargins(0, lineGap, 0, 0);
     column->setSpacing(lineGap);
     auto* header = new QHBoxLayout;
+    header->setContentsMargins(look::ringRoom, 0, 0, 0);
     name_ = new Text(TextRole::head);
-    name_->setWordWrap(true);
-    presets_ = presetButton();
+    name_->setElided();
+    presets_ = new MenuButton(usePreset);
     presetOrientation_.reset();
     header->addWidget(name_, 1);
     header->addWidget(presets_);
     column->addLayout(header);
+    auto* below = addInset(*column);
     warnings_ = new QVBoxLayout;
     warnings_->setSpacing(4);
     shownWarnings_.clear();
-    column->addLayout(warnings_);
+    below->addLayout(warnings_);
     zones_ = new ZoneListView(model_);
-    column->addWidget(zones_);
-    column->addSpacing(look::groupGap - lineGap);
+    below->addWidget(zones_);
+    below->addSpacing(look::groupGap - lineGap);
     ring_ = new RingOrderView(model_);
-    column->addWidget(ring_);
+    below->addWidget(ring_);
     lines_->addWidget(display_);
 }
 
 Button* LayoutSectionView::openConfigButton() {
     auto* button = new Button("Open Config");
     connect(button, &QAbstractButton::clicked, this, [this] { actions_.openConfig(); });
-    return button;
-}
-
-Button* LayoutSectionView::presetButton() {
-    auto* button = new Button("Use a preset…");
-    button->setMenu(new QMenu(button));
     return button;
 }
 
@@ -161,6 +162,7 @@ void LayoutSectionView::refreshEditor() {
         return;
     }
     name_->setText(QString::fromStdString(nameText(display->name)));
+    name_->setToolTip(name_->text());
     if (presetOrientation_ != display->orientation()) {
         presetOrientation_ = display->orientation();
         listPresets(*presets_->menu(), display->orientation(),

@@ -39,8 +39,6 @@ private:
     void buildEditor();
     void addMessage(const QString& head, const std::vector<QWidget*>& parts);
     Button* openConfigButton();
-    // Its menu is empty.
-    static Button* presetButton();
     void listPresets(QMenu& menu, Orientation orientation,
                      const std::function<void(const LayoutPreset&)>& onChoice);
     void refresh();
@@ -56,7 +54,7 @@ private:
     QWidget* display_ = nullptr;
     Text* nothingSelected_ = nullptr;
     Text* name_ = nullptr;
-    Button* presets_ = nullptr;
+    MenuButton* presets_ = nullptr;
     QVBoxLayout* warnings_ = nullptr;
     std::vector<std::string> shownWarnings_;
     std::optional<Orientation> presetOrientation_;

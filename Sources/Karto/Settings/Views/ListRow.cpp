@@ -5,6 +5,8 @@
 #include <QHBoxLayout>
 #include <QPainter>
 
+#include <algorithm>
+
 namespace karto {
 
 namespace {
@@ -22,7 +24,7 @@ QHBoxLayout* layOutListRow(QWidget& row, Text& number) {
     auto* line = new QHBoxLayout(&row);
     line->setContentsMargins(look::rowPadding, 0, look::rowPadding - 6, 0);
     line->setSpacing(columnGap);
-    number.setFixedWidth(numberWidth);
+    number.setMinimumWidth(std::max(numberWidth, number.fontMetrics().horizontalAdvance("00")));
     number.setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     line->addWidget(&number);
     return line;

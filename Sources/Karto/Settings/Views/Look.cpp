@@ -13,6 +13,7 @@ namespace karto::look {
 namespace {
 
 constexpr qreal titleSize = 20;
+constexpr qreal titleShare = 1.35;
 constexpr qreal captionShare = 0.85;
 constexpr qreal smallestText = 11;
 constexpr qreal leastContrast = 4.5;
@@ -37,6 +38,8 @@ QColor readable(QColor color, const QColor& text, const QColor& ground) {
     }
     return color;
 }
+
+qreal normalSize() { return QFontInfo(QApplication::font()).pixelSize(); }
 
 QFont sized(qreal pixels) {
     auto font = QApplication::font();
@@ -79,7 +82,7 @@ QColor faint(QColor color, qreal opacity) {
 }
 
 QFont titleFont() {
-    auto font = sized(titleSize);
+    auto font = sized(std::max(titleSize, normalSize() * titleShare));
     font.setWeight(QFont::DemiBold);
     return font;
 }
@@ -90,10 +93,7 @@ QFont semiboldFont() {
     return font;
 }
 
-QFont captionFont() {
-    const qreal normal = QFontInfo(QApplication::font()).pixelSize();
-    return sized(std::max(smallestText, normal * captionShare));
-}
+QFont captionFont() { return sized(std::max(smallestText, normalSize() * captionShare)); }
 
 void paintFocusRing(QPainter& painter, const QRectF& control, qreal radius, const QColor& accent) {
     constexpr qreal distance = 2;

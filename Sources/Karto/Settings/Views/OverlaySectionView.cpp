@@ -13,6 +13,7 @@ namespace karto {
 
 namespace {
 
+constexpr int lineGap = 12;
 constexpr int sliderWidth = 220;
 constexpr auto widestValue = "100%  ";
 
@@ -63,15 +64,16 @@ QColor toQColor(const RGBColor& color) {
 OverlaySectionView::OverlaySectionView(SettingsModel& model, std::function<void()> pickColor)
     : model_(model)
     , changes_(model.observe([this] { refresh(); })) {
-    auto* groups = new QVBoxLayout(this);
-    groups->setContentsMargins(0, 0, 0, 0);
-    groups->setSpacing(look::groupGap);
+    auto* lines = new QVBoxLayout(this);
+    lines->setContentsMargins(0, 0, 0, 0);
+    lines->setSpacing(lineGap - look::ringRoom);
+    auto* groups = addInset(*lines);
+    groups->setSpacing(lineGap);
     auto* heads = new QVBoxLayout;
     heads->setSpacing(4);
     heads->addWidget(new Text(TextRole::head, "Overlay"));
     heads->addWidget(new Text(TextRole::caption, "Shown while the hyper key's modifiers are held."));
     groups->addLayout(heads);
-    groups->setSpacing(12);
 
     auto* group = new Group({});
     for (std::size_t index = 0; index < OverlaySettings::sliders.size(); ++index) {
@@ -86,8 +88,8 @@ OverlaySectionView::OverlaySectionView(SettingsModel& model, std::function<void(
     reset_ = new Button("Reset to defaults");
     connect(reset_, &QAbstractButton::clicked, this,
             [this] { model_.edit([](LayoutEditor& editor) { editor.resetOverlayAppearance(); }); });
-    groups->addWidget(reset_, 0, Qt::AlignLeft);
-    groups->addStretch();
+    lines->addWidget(reset_, 0, Qt::AlignLeft);
+    lines->addStretch();
     refresh();
 }
 
@@ -97,6 +99,7 @@ void OverlaySectionView::addSlider(std::size_t index, Group& group) {
     view.slider->setFixedWidth(sliderWidth);
     view.slider->setRange(0, OverlaySettings::lastStep(spec));
     view.slider->setPageStep(10);
+    view.slider->setScale(spec.limits.lower * spec.readFactor, spec.step * spec.readFactor);
     view.value->setWordWrap(false);
     view.value->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     view.value->setMinimumWidth(view.value->fontMetrics().horizontalAdvance(widestValue));

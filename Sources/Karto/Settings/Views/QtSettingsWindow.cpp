@@ -3,6 +3,7 @@
 #include "Karto/Platform/ApplicationHost.h"
 #include "Karto/Settings/OverlaySettings.h"
 #include "Karto/Settings/Views/SettingsView.h"
+#include "Karto/Settings/Views/Spoken.h"
 
 #include <QCloseEvent>
 #include <QColorDialog>
@@ -24,10 +25,12 @@ constexpr QSize firstSize{760, 620};
 
 // The top-level widget: reports what a person does to it, outside of the handling of the event, because what
 // hears of it may delete the window.
-class Frame final : public QWidget {
+class Frame final : public QWidget, public Spoken {
 public:
     explicit Frame(const SettingsWindow::Events& events)
         : events_(events) {}
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Window; }
 
 protected:
     void closeEvent(QCloseEvent* event) override {
@@ -57,6 +60,7 @@ public:
         , events_(std::move(events))
         , needs_(needs)
         , frame_(new Frame(events_)) {
+        Spoken::introduce();
         frame_->setWindowTitle("Karto Settings");
         frame_->setWindowIcon(QIcon::fromTheme("karto"));
         auto* lines = new QVBoxLayout(frame_);

@@ -35,7 +35,7 @@ protected:
     }
 };
 
-class RingOrderView::Row final : public QWidget {
+class RingOrderView::Row final : public QWidget, public Spoken {
 public:
     Row(RingOrderView& list, int index)
         : list_(list)
@@ -66,6 +66,7 @@ public:
         const auto orientation = rawName(row.orientation);
         number_->setText(QString::number(row.order));
         name_->setText(QString::fromStdString(nameText(row.display)));
+        name_->setToolTip(name_->text());
         detail_->setText(
             QString("(%1)%2").arg(QString::fromUtf8(orientation.data(), qsizetype(orientation.size())),
                                   row.isConnected ? QString() : QString("   not connected")));
@@ -73,9 +74,23 @@ public:
         const auto help = QString::fromStdString(pinHelp(row));
         pinned_->setToolTip(help);
         pin_->set(row.isPinned ? Symbol::pinFilled : Symbol::pin, help);
-        setAccessibleName(QString("Number %1, %2 %3%4")
+        setAccessibleName(QString("Zone %1, %2 %3%4")
                               .arg(number_->text(), name_->text(), detail_->text(),
                                    row.isPinned ? QString(", pinned") : QString()));
+    }
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::ListItem; }
+
+    [[nodiscard]] std::vector<Action> spokenActions() override {
+        std::vector<Action> actions{
+            {.name = row_.isPinned ? "Unpin" : "Pin", .keys = "Space", .perform = [this] { togglePin(); }}};
+        if (index_ > 0) {
+            actions.push_back({.name = "Move up", .keys = "Alt+Up", .perform = [this] { moveUp(); }});
+        }
+        if (index_ + 1 < static_cast<int>(list_.rows_.size())) {
+            actions.push_back({.name = "Move down", .keys = "Alt+Down", .perform = [this] { moveDown(); }});
+        }
+        return actions;
     }
 
 protected:
@@ -124,8 +139,8 @@ protected:
                 QWidget::keyPressEvent(event);
             }
             break;
-        case Qt::Key_Up: isMove ? list_.move(index_, index_ - 1) : list_.focusRow(index_ - 1); break;
-        case Qt::Key_Down: isMove ? list_.move(index_, index_ + 2) : list_.focusRow(index_ + 1); break;
+        case Qt::Key_Up: isMove ? moveUp() : list_.focusRow(index_ - 1); break;
+        case Qt::Key_Down: isMove ? moveDown() : list_.focusRow(index_ + 1); break;
         case Qt::Key_Space: togglePin(); break;
         default: QWidget::keyPressEvent(event); break;
         }
@@ -143,6 +158,10 @@ private:
         update();
         return true;
     }
+
+    void moveUp() { list_.move(index_, index_ - 1); }
+
+    void moveDown() { list_.move(index_, index_ + 2); }
 
     void togglePin() {
         list_.model_.edit([this](LayoutEditor& editor) { karto::togglePin(row_, editor); });
@@ -162,7 +181,7 @@ private:
 
 RingOrderView::RingOrderView(SettingsModel& model)
     : model_(model)
-    , card_(new Card)
+    , card_(new Card(QAccessible::List))
     , dropLine_(new DropLine(card_)) {
     auto* lines = new QVBoxLayout(this);
     lines->setContentsMargins(0, 0, 0, 0);

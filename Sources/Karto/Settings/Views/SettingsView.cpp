@@ -32,18 +32,20 @@ constexpr int smallestSidebar = 180;
 constexpr int sidebarWidth = 200;
 constexpr int largestSidebar = 240;
 constexpr int paneSide = 24;
+constexpr int scrolledSide = paneSide - look::ringRoom;
 constexpr int paneTop = 32;
 constexpr int paneBottom = 20 - look::ringRoom;
 constexpr int titleGap = 16;
 constexpr int bottomGap = 12;
 constexpr int revealDuration = 120;
 
-// Keeps its content at the top left and no wider than is good to read.
-QWidget* column(QWidget* content) {
+// Keeps its content at the top left and no wider than is good to read. The content brings the room at its
+// sides that buttons need for the ring of the focus.
+QWidget* column(QWidget* content, int rightMargin) {
     auto* room = new QWidget;
     auto* line = new QHBoxLayout(room);
-    line->setContentsMargins(paneSide, 0, paneSide, look::groupGap);
-    content->setMaximumWidth(look::paneWidth);
+    line->setContentsMargins(scrolledSide, 0, rightMargin, look::groupGap);
+    content->setMaximumWidth(look::paneWidth + 2 * look::ringRoom);
     line->addWidget(content, 1);
     line->addStretch(0);
     return room;
@@ -63,7 +65,12 @@ void addStops(const QWidget& within, std::vector<QWidget*>& stops) {
     }
 }
 
-// Scrolls its column within the pane's margin, so that the column is as wide with a bar as without one.
+// The bar stands in the pane's margin, so that the column is as wide with a bar as without one.
+int marginBesideBar(const QScrollArea& area) {
+    return scrolledSide - (area.width() - area.viewport()->width());
+}
+
+// Scrolls its column up and down, and is never narrower than that.
 class Scroller final : public QScrollArea {
 public:
     Scroller() {
@@ -80,9 +87,17 @@ protected:
         if (widget() != nullptr) {
             auto* layout = widget()->layout();
             auto margins = layout->contentsMargins();
-            margins.setRight(paneSide - (width() - viewport()->width()));
+            margins.setRight(marginBesideBar(*this));
             layout->setContentsMargins(margins);
         }
+    }
+
+    bool eventFilter(QObject* watched, QEvent* event) override {
+        if (watched == widget() && event->type() == QEvent::LayoutRequest) {
+            const int margin = scrolledSide - widget()->layout()->contentsMargins().right();
+            setMinimumWidth(widget()->minimumSizeHint().width() + margin);
+        }
+        return QScrollArea::eventFilter(watched, event);
     }
 };
 
@@ -104,7 +119,6 @@ SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services
     , general_(general)
     , actions_(std::move(actions))
     , changes_(model.observe([this] { refresh(); })) {
-    setMinimumSize(smallestSize);
     auto* splitter = new QSplitter(Qt::Horizontal);
     splitter->setHandleWidth(1);
     splitter->setChildrenCollapsible(false);
@@ -118,9 +132,19 @@ SettingsView::SettingsView(SettingsModel& model, const GeneralSettings::Services
     auto* frame = new QHBoxLayout(this);
     frame->setContentsMargins(0, 0, 0, 0);
     frame->addWidget(splitter);
+    // Wherever the keyboard or a screen reader goes. What a pointer is on is seen, and stays under it.
+    connect(qApp, &QApplication::focusChanged, this, [this](QWidget* old, QWidget* now) {
+        if (old != nullptr && now != nullptr && QApplication::mouseButtons() == Qt::NoButton &&
+            scroll_->isAncestorOf(now)) {
+            scroll_->ensureWidgetVisible(now);
+        }
+    });
     refresh();
     sidebar_->setFocus();
 }
+
+// What is in it may need more than the smallest size where fonts are large.
+QSize SettingsView::minimumSizeHint() const { return QWidget::minimumSizeHint().expandedTo(smallestSize); }
 
 QWidget* SettingsView::makePane() {
     auto* pane = new QWidget;
@@ -150,7 +174,7 @@ QWidget* SettingsView::makeBottomRow() {
     lines->addWidget(new Hairline);
     auto* row = new QHBoxLayout;
     // Buttons keep room for the ring of the focus around them.
-    row->setContentsMargins(paneSide - look::ringRoom, 0, paneSide - look::ringRoom, 0);
+    row->setContentsMargins(scrolledSide, 0, scrolledSide, 0);
     row->setSpacing(0);
     undo_ = new Button("Undo");
     redo_ = new Button("Redo");
@@ -195,7 +219,7 @@ void SettingsView::refresh() {
             old->hide();
             old->deleteLater();
         }
-        scroll_->setWidget(column(makeSection()));
+        scroll_->setWidget(column(makeSection(), marginBesideBar(*scroll_)));
         scroll_->widget()->setAutoFillBackground(false);
         scroll_->viewport()->setAutoFillBackground(false);
     }
@@ -246,9 +270,6 @@ bool SettingsView::focusNextPrevChild(bool next) {
     const auto following =
         current == stops.end() ? (next ? 0 : count - 1) : (index + (next ? 1 : count - 1)) % count;
     stops[following]->setFocus(reason);
-    if (scroll_->isAncestorOf(stops[following])) {
-        scroll_->ensureWidgetVisible(stops[following]);
-    }
     return true;
 }
 

@@ -26,6 +26,8 @@ public:
 
     SettingsView(SettingsModel& model, const GeneralSettings::Services& general, Actions actions);
 
+    [[nodiscard]] QSize minimumSizeHint() const override;
+
 protected:
     void paintEvent(QPaintEvent* event) override;
     // The keyboard goes through the controls as they stand, whenever each of them came to be.

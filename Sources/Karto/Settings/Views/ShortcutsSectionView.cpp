@@ -16,10 +16,16 @@ std::optional<QString> toQString(const std::optional<std::string>& text) {
     return text ? std::optional(QString::fromStdString(*text)) : std::nullopt;
 }
 
-// What is read out of a control beside its text.
-void describe(QWidget& control, const QString& name) {
+// What is read out of a control beside its text, and the notes that are shown below it.
+void describe(QWidget& control, const QString& name, const std::optional<std::string>& refusal = {},
+              const std::optional<std::string>& conflict = {}) {
+    const auto notes = QString::fromStdString(refusal.value_or("") + (refusal && conflict ? " " : "") +
+                                              conflict.value_or(""));
     if (control.accessibleName() != name) {
         control.setAccessibleName(name);
+    }
+    if (control.accessibleDescription() != notes) {
+        control.setAccessibleDescription(notes);
     }
 }
 
@@ -38,7 +44,7 @@ ShortcutsSectionView::ShortcutsSectionView(SettingsModel& model)
     : settings_(model, [this] { refresh(); })
     , changes_(model.observe([this] { refresh(); })) {
     auto* groups = new QVBoxLayout(this);
-    groups->setContentsMargins(0, 0, 0, 0);
+    groups->setContentsMargins(look::ringRoom, 0, look::ringRoom, 0);
     groups->setSpacing(look::groupGap);
     addHyperKey(*groups);
     addCommands(*groups);
@@ -86,9 +92,12 @@ void ShortcutsSectionView::refresh() {
     explanation_->setText(QString::fromStdString(hyper.explanation));
     explanation_->setSymbol(hyper.isUnavailable ? std::optional(Symbol::warning) : std::nullopt);
     hyperValue_->set(QString::fromStdString(hyper.value), hyper.isRecording);
+    hyperValue_->setAccessibleName(QString::fromStdString(hyper.spoken));
     hyperRecord_->setText(QString::fromStdString(hyper.button));
     hyperRecord_->setEnabled(!hyper.isUnavailable);
-    describe(*hyperRecord_, QString("%1, Hyper key, %2").arg(hyperRecord_->text(), hyperValue_->text()));
+    describe(*hyperRecord_,
+             QString("%1, Hyper key, %2").arg(hyperRecord_->text(), QString::fromStdString(hyper.spoken)),
+             hyper.refusal);
     showOrHide(*hyperRefusal_, toQString(hyper.refusal));
     showOrHide(*digitsConflict_, toQString(settings_.digitsConflict()));
     const auto rows = settings_.commandRows();
@@ -97,10 +106,13 @@ void ShortcutsSectionView::refresh() {
         const auto& view = commands_[index];
         const auto name = QString::fromStdString(row.name);
         view.value->set(QString::fromStdString(row.value), row.isRecording);
+        view.value->setAccessibleName(QString::fromStdString(row.spoken));
         view.record->setText(QString::fromStdString(row.button));
         view.record->setEnabled(row.canRecord);
         view.reset->setEnabled(row.canReset);
-        describe(*view.record, QString("%1, %2, %3").arg(view.record->text(), name, view.value->text()));
+        describe(*view.record,
+                 QString("%1, %2, %3").arg(view.record->text(), name, QString::fromStdString(row.spoken)),
+                 row.refusal, row.conflict);
         describe(*view.reset, QString("Reset, %1").arg(name));
         showOrHide(*view.refusal, toQString(row.refusal));
         showOrHide(*view.conflict, toQString(row.conflict));

@@ -6,6 +6,7 @@
 #include <QPainter>
 #include <QStyledItemDelegate>
 
+#include <algorithm>
 #include <utility>
 
 namespace karto {
@@ -79,9 +80,17 @@ SidebarView::SidebarView(SettingsModel& model)
         addItem(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())));
     }
     setCurrentRow(static_cast<int>(model.section()));
-    connect(this, &QListWidget::currentRowChanged, this, [this](int row) {
-        if (row >= 0) {
-            model_.show(settingsSections.at(static_cast<std::size_t>(row)));
+    // A screen reader selects a section without going to it, beside the one that is selected or after none
+    // is.
+    connect(this, &QListWidget::itemSelectionChanged, this, [this] {
+        const auto selected = selectedIndexes();
+        const auto other = std::ranges::find_if(selected, [this](const QModelIndex& index) {
+            return index.row() != static_cast<int>(model_.section());
+        });
+        if (other != selected.end()) {
+            model_.show(settingsSections.at(static_cast<std::size_t>(other->row())));
+        } else if (selected.empty()) {
+            currentItem()->setSelected(true);
         }
     });
 }

@@ -21,6 +21,17 @@ constexpr int valueGap = 16;
 constexpr auto splitColumnsHelp = "Split into two columns";
 constexpr auto splitRowsHelp = "Split into two rows";
 
+// The text with the digits of the person's language.
+QString inOwnDigits(QString text) {
+    const auto zero = QLocale().zeroDigit();
+    for (QChar& character : text) {
+        if (zero.size() == 1 && character >= u'0' && character <= u'9') {
+            character = QChar(zero.front().unicode() + character.digitValue());
+        }
+    }
+    return text;
+}
+
 // A zone's rectangle, whose values stand below those of other rows.
 class RectText final : public QLabel {
 public:
@@ -53,7 +64,7 @@ private:
 } // namespace
 
 // A click anywhere on the row but its buttons selects the zone.
-class ZoneListView::Row final : public QAbstractButton {
+class ZoneListView::Row final : public QAbstractButton, public Spoken {
 public:
     explicit Row(SettingsModel& model)
         : model_(model)
@@ -86,16 +97,18 @@ public:
         row_ = row;
         const auto decimalPoint = QLocale().decimalPoint().toStdString();
         number_->setText(QString::number(row.order));
-        rect_->setText(QString::fromStdString(rectText(row.rect, decimalPoint)));
+        rect_->setText(inOwnDigits(QString::fromStdString(rectText(row.rect, decimalPoint))));
         columns_->setEnabled(row.canSplit);
         rowsOf_->setEnabled(row.canSplit);
         remove_->setEnabled(row.canRemove);
         remove_->set(Symbol::trash,
                      row.canRemove ? "Remove this zone" : "A display's only zone cannot be removed");
-        setChecked(model_.selectedZonePath() == row.path);
+        mark(model_.selectedZonePath() == row.path);
         setAccessibleName(QString("Zone %1, %2").arg(number_->text(), rect_->text()));
         update();
     }
+
+    [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::ListItem; }
 
     [[nodiscard]] const NodePath& path() const { return row_.path; }
 
@@ -116,6 +129,14 @@ private:
         }
     }
 
+    void mark(bool isSelected) {
+        if (isSelected != isChecked()) {
+            setChecked(isSelected);
+            QAccessibleEvent event(this, QAccessible::Selection);
+            QAccessible::updateAccessibility(&event);
+        }
+    }
+
     void split(Axis axis) {
         edit([&](LayoutEditor& editor, const DisplayInfo& display) {
             editor.split(row_.path, display.name, display.orientation(), axis);
@@ -133,7 +154,7 @@ private:
 
 ZoneListView::ZoneListView(SettingsModel& model)
     : model_(model)
-    , card_(new Card)
+    , card_(new Card(QAccessible::List))
     , empty_(new Text(TextRole::secondary, "This display has no zones — pick a preset above.")) {
     auto* lines = new QVBoxLayout(this);
     lines->setContentsMargins(0, 0, 0, 0);
