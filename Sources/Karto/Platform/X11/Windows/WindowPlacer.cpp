@@ -28,6 +28,12 @@ bool fits(const WindowFacts& facts, const Rect& target) {
     return actual == wanted || actual == constrained(wanted, facts.sizeHints);
 }
 
+bool hasFixedSize(const xcb_size_hints_t& hints) {
+    constexpr std::uint32_t bounds = XCB_ICCCM_SIZE_HINT_P_MIN_SIZE | XCB_ICCCM_SIZE_HINT_P_MAX_SIZE;
+    return (hints.flags & bounds) == bounds && hints.min_width == hints.max_width &&
+           hints.min_height == hints.max_height;
+}
+
 // Whether an event may bring news of a window's frame.
 bool concernsFrame(const xcb_generic_event_t& event, xcb_window_t window, const Atoms& atoms) {
     switch (eventCode(event)) {
@@ -152,7 +158,11 @@ void WindowPlacer::send(xcb_window_t window, Placement& placement) {
 
 void WindowPlacer::place(xcb_window_t window, Placement& placement, const WindowFacts& facts) {
     placement.facts = facts;
-    const auto area = clientAreaFor(placement.target, facts);
+    auto area = clientAreaFor(placement.target, facts);
+    // Some managers leave a window where it is when it is asked for a size that it cannot have.
+    if (hasFixedSize(facts.sizeHints)) {
+        area = constrained(area, facts.sizeHints);
+    }
     // Managers are told where the decorated window goes, and how large its client becomes.
     std::array geometry{static_cast<std::uint32_t>(area.x - facts.decoration.left),
                         static_cast<std::uint32_t>(area.y - facts.decoration.top),
