@@ -1,6 +1,7 @@
 #!/usr/bin/env bash
 # Installs the Debian packages that Karto needs: "build" for building and running it, "bundle" for its own package,
-# "test" for the private desktops, the tests and the checks as well, "bench" for building it and the benchmarks.
+# "test" for the private desktops, the tests and the checks as well, "all-managers" for these with every window manager
+# and application of the large matrix, "bench" for building it and the benchmarks.
 # Does nothing when all of them are there.
 set -euo pipefail
 
@@ -20,6 +21,10 @@ test_packages=(
     clang-19 clang-format-19 clang-tidy-19 libclang-rt-19-dev
     fakeroot lintian desktop-file-utils appstream
 )
+manager_packages=(
+    awesome fvwm3 jwm kwin-x11 marco mate-settings-daemon-common muffin cinnamon-settings-daemon mutter wmaker
+    chromium featherpad gnome-text-editor jedit mousepad xfce4-terminal
+)
 bench_packages=(
     libbenchmark-dev libxcb-composite0-dev libxcb-damage0-dev libxcb-xtest0-dev xvfb openbox x11-xserver-utils dbus-daemon dbus-bin fonts-dejavu-core
     sxhkd wmctrl trayer xfce4-panel
@@ -29,9 +34,10 @@ case "${1:-test}" in
     build) wanted=("${build_packages[@]}") ;;
     bundle) wanted=("${build_packages[@]}" "${bundle_packages[@]}") ;;
     test) wanted=("${build_packages[@]}" "${bundle_packages[@]}" "${test_packages[@]}") ;;
+    all-managers) wanted=("${build_packages[@]}" "${bundle_packages[@]}" "${test_packages[@]}" "${manager_packages[@]}") ;;
     bench) wanted=("${build_packages[@]}" "${bench_packages[@]}") ;;
     *)
-        echo "usage: scripts/install-packages.sh [build|bundle|test|bench]" >&2
+        echo "usage: scripts/install-packages.sh [build|bundle|test|all-managers|bench]" >&2
         exit 2
         ;;
 esac

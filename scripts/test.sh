@@ -1,8 +1,20 @@
 #!/usr/bin/env bash
 # Builds and tests everything: installs what is missing, checks the sources, runs the pure and the service tests
 # under the sanitizers, the package, and last of all every test, those on private desktops included.
+#
+#   scripts/test.sh                 what every change should pass; on three window managers, and on others that are there
+#   scripts/test.sh all-managers    many window managers with many applications instead, and a table of what is exact;
+#                                   some twenty minutes
 set -euo pipefail
 source "$(dirname "$0")/common.sh"
+
+if [[ ${1:-} == all-managers ]]; then
+    scripts/install-packages.sh all-managers
+    say "Building the program and the matrix (build/dev)"
+    build dev -- karto manager-matrix
+    say "Trying every window manager"
+    exec build/dev/Tests/DesktopTests/manager-matrix
+fi
 
 scripts/install-packages.sh test
 

@@ -82,6 +82,38 @@ TEST_F(InputTest, shortcutsFollowTheModifiersToOtherKeys) {
     EXPECT_FALSE(contentsOf(KartoProcess::logPath(desktop)).contains("moveToZone(1)"));
 }
 
+// The manager holds the logo keys, and has shortcuts passed over with the key that comes next.
+class LogoKeyTest : public DesktopTest {
+protected:
+    LogoKeyTest()
+        : DesktopTest("icewm") {}
+
+    bool isAnswered(const std::string& key) {
+        keys.chord(key);
+        return karto->log().next("moveToZone", 1s).has_value();
+    }
+};
+
+TEST_F(LogoKeyTest, everyKeyOfHyperMayBeTheLastOne) {
+    startKarto();
+    keys.hyper = {"LFSH", "LCTL", "LALT", "LWIN"};
+    // The first key of another keyboard has the manager claim its keys anew.
+    keys.tap("LFSH");
+    require("the manager", [&] { return desktop.x().managerAnswers(patience); });
+    EXPECT_TRUE(eventually([&] { return isAnswered("AE01"); }));
+    EXPECT_TRUE(isAnswered("AE01"));
+    keys.hyper.back() = "RWIN";
+    EXPECT_TRUE(isAnswered("AE02"));
+    for (std::size_t i = 0; i < keys.hyper.size(); ++i) {
+        std::ranges::rotate(keys.hyper, keys.hyper.begin() + 1);
+        EXPECT_TRUE(isAnswered("AE03")) << keys.hyper.back();
+    }
+    desktop.killWindowManager();
+    desktop.startWindowManager("icewm");
+    EXPECT_TRUE(eventually([&] { return isAnswered("AE02"); }));
+    EXPECT_TRUE(isAnswered("AE01"));
+}
+
 class DisplayTest : public InputTest {};
 
 TEST_F(DisplayTest, zonesComeAndGoWithTheirDisplay) {

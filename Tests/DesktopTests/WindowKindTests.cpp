@@ -1,4 +1,5 @@
 #include "DesktopTest.h"
+#include "Support/WindowKinds.h"
 
 #include <fmt/format.h>
 
@@ -6,32 +7,10 @@
 
 namespace karto::desktop {
 
-namespace {
-
-enum class Size : std::uint8_t { exact, upToOneStepShort, neverSmaller, itsOwn };
-
-struct Kind {
-    std::string name;
-    Rect start;
-    Size size = Size::exact;
-};
-
-Application open(PrivateDesktop& desktop, const Kind& kind) {
-    if (kind.name == "terminal") {
-        return Application::terminal(desktop, kind.name);
-    }
-    if (kind.name == "client-decorated") {
-        return Application::clientDecorated(desktop, kind.name);
-    }
-    return Application::probe(desktop, kind.name == "maximized" ? "plain" : kind.name, kind.name, kind.start);
-}
-
-} // namespace
-
 class WindowKindTest : public ManagerTest {
 protected:
     // As it is before a command.
-    void putBack(const Kind& kind, const Application& window, const Rect& frame) {
+    void putBack(const WindowKind& kind, const Application& window, const Rect& frame) {
         const XClient& x = desktop.x();
         // Asked for until it is so: the program may not have let go of the window yet.
         const auto ask = [&](auto request, auto isCarriedOut) {
@@ -59,22 +38,9 @@ INSTANTIATE_TEST_SUITE_P(On, WindowKindTest, onEveryManager, managerName);
 
 TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenItCannot) {
     startKarto();
-    const std::vector<Kind> kinds{
-        {.name = "plain", .start = somewhere},
-        {.name = "borderless", .start = somewhere},
-        {.name = "dialog", .start = somewhere},
-        {.name = "maximized", .start = somewhere},
-        {.name = "client-decorated", .start = somewhere},
-        {.name = "stepped", .start = somewhere, .size = Size::upToOneStepShort},
-        {.name = "terminal", .start = somewhere, .size = Size::upToOneStepShort},
-        {.name = "minimum",
-         .start = {.x = 20, .y = 20, .width = 900, .height = 600},
-         .size = Size::neverSmaller},
-        {.name = "fixed", .start = somewhere, .size = Size::itsOwn},
-    };
-    for (const Kind& kind : kinds) {
+    for (const WindowKind& kind : windowKinds) {
         SCOPED_TRACE(kind.name);
-        const Application window = open(desktop, kind);
+        const Application window = kind.open(desktop);
         const Rect before = window.frame();
         std::string line;
         // What a busy machine gave no time for says nothing about the program: asked for again from where it
@@ -86,14 +52,14 @@ TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenI
             return std::chrono::steady_clock::now() - start < shortestPatience;
         });
         const Outcome outcome = Outcome::in(line).value_or(Outcome{});
-        if (kind.size == Size::exact) {
+        if (kind.size == WindowKind::Size::exact) {
             EXPECT_TRUE(takes(window, zone::one));
             EXPECT_TRUE(outcome.accepted) << line;
         }
         EXPECT_TRUE(takes(window, outcome.result)) << "the log tells another frame: " << line;
         const Rect frame = window.frame();
         EXPECT_EQ(frame.origin(), zone::one.origin());
-        if (kind.size == Size::upToOneStepShort) {
+        if (kind.size == WindowKind::Size::upToOneStepShort) {
             constexpr double longestStep = 20;
             EXPECT_LE(frame.width, zone::one.width);
             EXPECT_LE(frame.height, zone::one.height);
@@ -101,11 +67,11 @@ TEST_P(WindowKindTest, everyWindowTakesItsZoneAsExactlyAsItCanAndTheLogSaysWhenI
             EXPECT_GT(frame.height, zone::one.height - longestStep);
             EXPECT_TRUE(outcome.accepted) << line;
         }
-        if (kind.size == Size::neverSmaller) {
-            EXPECT_EQ(frame.size(), (karto::Size{.width = before.width, .height = zone::one.height}));
+        if (kind.size == WindowKind::Size::neverSmaller) {
+            EXPECT_EQ(frame.size(), (Size{.width = before.width, .height = zone::one.height}));
             EXPECT_FALSE(outcome.accepted) << line;
         }
-        if (kind.size == Size::itsOwn) {
+        if (kind.size == WindowKind::Size::itsOwn) {
             EXPECT_EQ(frame.size(), before.size());
             EXPECT_FALSE(outcome.accepted) << line;
         }
@@ -150,6 +116,22 @@ TEST_F(UntoldFrameTest, aFrameThatTheManagerDoesNotTellOfIsMeasured) {
         const std::string line = press(key, fmt::format("moveToZone({})", number));
         EXPECT_EQ(Outcome::in(line).value_or(Outcome{}).result, place) << line;
         EXPECT_TRUE(takes(window, place));
+    }
+}
+
+class OldRequestTest : public DesktopTest {};
+
+TEST_F(OldRequestTest, everyGravityLeadsToTheSamePlace) {
+    const XClient& x = desktop.x();
+    auto supported = x.property(x.root(), "_NET_SUPPORTED");
+    std::erase(supported, x.atom("_NET_MOVERESIZE_WINDOW"));
+    x.setProperty(x.root(), "_NET_SUPPORTED", XCB_ATOM_ATOM, supported);
+    x.settle();
+    startKarto();
+    for (const std::string kind : {"plain", "static"}) {
+        const Application window = Application::probe(desktop, kind, kind, somewhere);
+        press("AE03", "moveToZone(3)");
+        EXPECT_TRUE(takes(window, zone::three));
     }
 }
 

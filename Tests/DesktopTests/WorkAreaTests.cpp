@@ -60,6 +60,18 @@ protected:
         : WorkAreaTest(GetParam(), level) {}
 };
 
+// The manager has no panel of its own: what it declares is the test's.
+class DeclaredWorkAreaTest : public WorkAreaTest {
+protected:
+    DeclaredWorkAreaTest()
+        : WorkAreaTest("openbox", level) {}
+
+    void declare(const std::string& property, const std::vector<std::uint32_t>& areas) {
+        desktop.x().setProperty(desktop.x().root(), property, XCB_ATOM_CARDINAL, areas);
+        desktop.x().flush();
+    }
+};
+
 TEST_F(LShapedWorkAreaTest, everyZoneEndsWhereAMaximizedWindowWould) {
     startKarto();
     for (const Output& output : studioAndTower) {
@@ -89,6 +101,26 @@ TEST_F(LShapedWorkAreaTest, aPanelThatGoesAndComesIsFollowed) {
     desktop.startWindowManager("icewm");
     const Application window = Application::probe(desktop, "borderless", "window", somewhere);
     EXPECT_TRUE(pressUntilFits("AC04", window, free));
+}
+
+TEST_F(DeclaredWorkAreaTest, aWorkAreaThatChangesAloneMovesTheZones) {
+    startKarto();
+    const Application window = Application::probe(desktop, "borderless", "window", somewhere);
+    const auto fillsDownTo = [&](double bottom) {
+        Rect free = level[0].area;
+        free.height = bottom;
+        return pressUntilFits("AC04", window, free);
+    };
+    EXPECT_TRUE(fillsDownTo(800));
+    declare("_NET_WORKAREA", {0, 0, 1880, 760});
+    EXPECT_TRUE(fillsDownTo(760));
+    // No more than what the panel on the other display takes.
+    declare("_NET_WORKAREA", {0, 0, 1880, 800 - panelHeight});
+    EXPECT_TRUE(fillsDownTo(800));
+    declare("_GTK_WORKAREAS_D0", {0, 0, 1280, 750, 1280, 0, 600, 800 - panelHeight});
+    EXPECT_TRUE(fillsDownTo(750));
+    declare("_GTK_WORKAREAS_D0", {});
+    EXPECT_TRUE(fillsDownTo(800));
 }
 
 INSTANTIATE_TEST_SUITE_P(On, LevelWorkAreaTest, ::testing::Values("icewm", "blackbox"), managerName);

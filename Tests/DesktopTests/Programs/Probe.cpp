@@ -32,6 +32,9 @@ void setSizeHints(const XClient& x, xcb_window_t window, const std::string& kind
     if (kind == "fixed") {
         xcb_icccm_size_hints_set_max_size(&hints, width, height);
     }
+    if (kind == "static") {
+        xcb_icccm_size_hints_set_win_gravity(&hints, XCB_GRAVITY_STATIC);
+    }
     xcb_icccm_set_wm_normal_hints(x.connection(), window, &hints);
 }
 

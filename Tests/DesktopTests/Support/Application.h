@@ -14,8 +14,8 @@ public:
     // decoration and is the active one.
     Application(PrivateDesktop& desktop, std::string name, const std::vector<std::string>& arguments);
 
-    // The probe program with a window of the kind: plain, stepped, minimum, fixed, borderless, shadowed,
-    // dialog or vanishing.
+    // The probe program with a window of the kind: plain, stepped, minimum, fixed, static, borderless,
+    // shadowed, dialog or vanishing.
     static Application probe(PrivateDesktop& desktop, const std::string& kind, const std::string& name,
                              const Rect& area);
     static Application terminal(PrivateDesktop& desktop, const std::string& name);

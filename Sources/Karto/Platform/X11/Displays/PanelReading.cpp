@@ -30,6 +30,16 @@ std::optional<Rect> awaitPlace(Connection& connection, const WindowRequest::Othe
                 .height = geometry->height + border};
 }
 
+// Some managers tell how deep their panels are and leave the ranges at zero: those are as long as the window.
+void fillInSpans(std::vector<Strut>& struts, const Rect& place) {
+    constexpr Span untold{.from = 0, .to = 1};
+    for (Strut& strut : struts) {
+        if (strut.span == untold) {
+            strut.span = spanOf(place, strut.edge);
+        }
+    }
+}
+
 } // namespace
 
 std::vector<WindowRequest> requestWindows(Connection& connection, const DesktopWindows& windows) {
@@ -54,12 +64,16 @@ Panels awaitPanels(Connection& connection, std::span<const WindowRequest> reques
         const auto plain = connection.await<xcb_get_property_reply_t>(request.strut, deadline);
         const auto type = connection.await<xcb_get_property_reply_t>(request.type, deadline);
         const auto place = request.other ? awaitPlace(connection, *request.other, deadline) : std::nullopt;
-        const auto kept = struts(words(partial.get()), words(plain.get()), desktop);
+        auto kept = struts(words(partial.get()), words(plain.get()), desktop);
+        if (place) {
+            fillInSpans(kept, *place);
+        }
         const auto types = words(type.get());
         const bool isDock = std::ranges::find(types, connection.atoms().netWmWindowTypeDock) != types.end();
         if (isDock || !kept.empty()) {
             panels.windows.push_back(request.window);
-        } else if (place) {
+        }
+        if (kept.empty() && place) {
             panels.others.emplace(request.window, *place);
         }
         if (!request.other || place) {

@@ -40,7 +40,7 @@ struct Panels {
     // With struts, and docks, which may have some later.
     std::vector<xcb_window_t> windows;
     std::vector<Strut> struts;
-    // The places of all other windows that are shown without being clients.
+    // The places of windows without struts that are shown and are no clients.
     std::map<xcb_window_t, Rect> others;
 };
 

@@ -11,22 +11,12 @@ namespace {
 // One change of the keyboard comes as several events.
 constexpr std::chrono::milliseconds gatherTime{100};
 
-// Every subset of the bits, the empty one first.
-std::vector<std::uint8_t> subsets(std::uint8_t bits) {
-    std::vector<std::uint8_t> result;
-    unsigned subset = 0;
-    do {
-        result.push_back(static_cast<std::uint8_t>(subset));
-        subset = (subset - bits) & bits;
-    } while (subset != 0);
-    return result;
-}
-
 } // namespace
 
 HotKeyCenter::HotKeyCenter(Connection& connection, Scheduler& scheduler)
     : connection_(connection)
-    , scheduler_(scheduler) {
+    , scheduler_(scheduler)
+    , guard_(connection, scheduler) {
     const auto xkb = Xkb::use(connection);
     if (!xkb) {
         return;
@@ -48,6 +38,7 @@ std::expected<Registration, HotKeyRefused> HotKeyCenter::registerHotKey(const Ho
     if (!grab || claimingAgain_ || !claim(*grab)) {
         return std::unexpected(HotKeyRefused());
     }
+    guard_.cover(keyboard_->map, grab->modifiers);
     const auto key = claimed_++;
     grabs_.emplace(key, *grab);
     return Registration(callbacks_.wrap([this, key] { release(grabs_.extract(key).mapped()); }));
@@ -108,6 +99,9 @@ void HotKeyCenter::handle(const Xkb& xkb, const xcb_generic_event_t& event) {
         pressed(eventAs<xcb_key_press_event_t>(event));
     } else if (eventCode(event) == XCB_KEY_RELEASE && keyboard_) {
         filter_.released(eventAs<xcb_key_release_event_t>(event).detail, keyboard_->repetition);
+    } else if (const auto press = guard_.passedOver(event)) {
+        pressed(*press);
+        filter_.loseSight();
     } else if (xkb.isKeyboardChange(event)) {
         readSoon(gatherTime);
     }
@@ -143,6 +137,7 @@ void HotKeyCenter::readAgain() {
         }
         return;
     }
+    guard_.renew();
     const bool moved = !keyboard_ || keyboard_->map != keyboard->map;
     keyboard_ = keyboard;
     if (moved) {

@@ -6,6 +6,7 @@
 #include "Karto/Platform/Scheduler.h"
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Keyboard/Keyboard.h"
+#include "Karto/Platform/X11/Keyboard/ModifierKeyGuard.h"
 #include "Karto/Platform/X11/Keyboard/PressFilter.h"
 #include "Karto/Platform/X11/Keyboard/Xkb.h"
 #include "Karto/Platform/X11/Server/Connection.h"
@@ -50,6 +51,7 @@ private:
     Scheduler& scheduler_;
     std::optional<Keyboard> keyboard_;
     PressFilter filter_;
+    ModifierKeyGuard guard_;
     std::map<std::uint64_t, Grab> grabs_;
     std::uint64_t claimed_ = 0;
     Observers<std::uint32_t> handlers_;

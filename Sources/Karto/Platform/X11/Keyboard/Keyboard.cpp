@@ -154,6 +154,19 @@ std::uint8_t lockMasks(const ModifierKeys& keys, const ModifierMasks& modifiers)
     return static_cast<std::uint8_t>(locks);
 }
 
+std::array<std::vector<xcb_keycode_t>, 8> modifierKeys(const xcb_get_modifier_mapping_reply_t& mapping) {
+    const std::span keys(xcb_get_modifier_mapping_keycodes(&mapping),
+                         static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(&mapping)));
+    const std::size_t keysPerModifier = mapping.keycodes_per_modifier;
+    std::array<std::vector<xcb_keycode_t>, realModifierCount> result;
+    for (std::size_t i = 0; i < result.size(); ++i) {
+        // An unused place holds key code 0.
+        std::ranges::copy_if(keys.subspan(i * keysPerModifier, keysPerModifier),
+                             std::back_inserter(result.at(i)), [](xcb_keycode_t key) { return key != 0; });
+    }
+    return result;
+}
+
 KeyRepetition keyRepetition(const xcb_xkb_get_controls_reply_t& controls) {
     KeyRepetition repetition{.delay = std::chrono::milliseconds(controls.repeatDelay),
                              .interval = std::chrono::milliseconds(controls.repeatInterval)};
@@ -187,6 +200,16 @@ std::uint32_t ModifierMasks::modifierBits(std::uint8_t realModifiers) const {
     return bits;
 }
 
+std::vector<std::uint8_t> subsets(std::uint8_t bits) {
+    std::vector<std::uint8_t> result;
+    unsigned subset = 0;
+    do {
+        result.push_back(static_cast<std::uint8_t>(subset));
+        subset = (subset - bits) & bits;
+    } while (subset != 0);
+    return result;
+}
+
 std::optional<std::string_view> keyName(std::uint32_t keyCode) {
     const auto* const key = std::ranges::find(namedKeys, keyCode, &NamedKey::keyCode);
     return key == namedKeys.end() ? std::nullopt : std::optional(key->name);
@@ -212,9 +235,11 @@ std::optional<Keyboard> readKeyboard(Connection& connection) {
     }
     const ModifierKeys keys(*modifiers, *keysyms, setup->min_keycode);
     const auto masks = modifierMasks(keys);
-    return Keyboard{
-        .map = {.keyCodes = keyCodes(*names), .modifiers = masks, .locks = lockMasks(keys, masks)},
-        .repetition = keyRepetition(*controls)};
+    return Keyboard{.map = {.keyCodes = keyCodes(*names),
+                            .modifiers = masks,
+                            .locks = lockMasks(keys, masks),
+                            .modifierKeys = modifierKeys(*modifiers)},
+                    .repetition = keyRepetition(*controls)};
 }
 
 std::optional<std::uint32_t> programKeyCode(Connection& connection, xcb_keycode_t key) {

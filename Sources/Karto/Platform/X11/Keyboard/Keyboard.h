@@ -12,6 +12,7 @@
 #include <map>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 namespace karto::x11 {
 
@@ -36,6 +37,8 @@ struct KeyboardMap {
     ModifierMasks modifiers;
     // The real modifiers of the lock keys.
     std::uint8_t locks = 0;
+    // The keys that set each real modifier, from the lowest one on.
+    std::array<std::vector<xcb_keycode_t>, 8> modifierKeys;
 
     bool operator==(const KeyboardMap&) const = default;
 };
@@ -58,6 +61,9 @@ struct Keyboard {
     KeyboardMap map;
     KeyRepetition repetition;
 };
+
+// Every subset of the bits, the empty one first.
+std::vector<std::uint8_t> subsets(std::uint8_t bits);
 
 // The server's name for a physical key of the program's; absent for a code that the program does not use.
 std::optional<std::string_view> keyName(std::uint32_t keyCode);

@@ -41,6 +41,12 @@ void PressFilter::released(xcb_keycode_t key, const KeyRepetition& repetition) {
     if (held_->key == key) {
         held_.reset();
     } else {
+        loseSight();
+    }
+}
+
+void PressFilter::loseSight() {
+    if (held_) {
         held_->doubtful = true;
     }
 }

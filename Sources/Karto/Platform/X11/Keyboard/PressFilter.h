@@ -16,6 +16,8 @@ public:
     // Whether this is a press of its own. The repetition must be detectable: presses only, no releases.
     bool pressed(xcb_keycode_t key, xcb_timestamp_t time, const KeyRepetition& repetition);
     void released(xcb_keycode_t key, const KeyRepetition& repetition);
+    // From here on the release of the key pressed last may go unseen.
+    void loseSight();
 
 private:
     // The key that the server may be repeating.

@@ -11,6 +11,8 @@ namespace {
 constexpr std::chrono::milliseconds quiet{60};
 // The same for a window that is known to be wrong and is asked again.
 constexpr std::chrono::milliseconds shortQuiet{20};
+// Until toolkits that are slow to draw have told of the shadow that a window has when it is not maximized.
+constexpr std::chrono::milliseconds shadowTime{400};
 constexpr int mostCorrections = 4;
 // The same for a window that was not maximized: a manager that pushed it elsewhere, or obeyed by half, may
 // obey the second time.
@@ -24,6 +26,12 @@ bool fits(const WindowFacts& facts, const Rect& target) {
     const PixelRect actual{.x = facts.x, .y = facts.y, .width = facts.width, .height = facts.height};
     const auto wanted = clientAreaFor(target, facts);
     return actual == wanted || actual == constrained(wanted, facts.sizeHints);
+}
+
+bool hasFixedSize(const xcb_size_hints_t& hints) {
+    constexpr std::uint32_t bounds = XCB_ICCCM_SIZE_HINT_P_MIN_SIZE | XCB_ICCCM_SIZE_HINT_P_MAX_SIZE;
+    return (hints.flags & bounds) == bounds && hints.min_width == hints.max_width &&
+           hints.min_height == hints.max_height;
 }
 
 // Whether an event may bring news of a window's frame.
@@ -118,7 +126,7 @@ void WindowPlacer::send() {
     for (auto& [window, placement] : placements_) {
         if (!placement.isSent) {
             send(window, placement);
-            recheckLater(window, placement);
+            recheckLater(window, placement, quiet);
         }
     }
 }
@@ -150,12 +158,15 @@ void WindowPlacer::send(xcb_window_t window, Placement& placement) {
 
 void WindowPlacer::place(xcb_window_t window, Placement& placement, const WindowFacts& facts) {
     placement.facts = facts;
-    const auto area = clientAreaFor(placement.target, facts);
+    auto area = clientAreaFor(placement.target, facts);
+    // Some managers leave a window where it is when it is asked for a size that it cannot have.
+    if (hasFixedSize(facts.sizeHints)) {
+        area = constrained(area, facts.sizeHints);
+    }
     // Managers are told where the decorated window goes, and how large its client becomes.
-    const std::array geometry{static_cast<std::uint32_t>(area.x - facts.decoration.left),
-                              static_cast<std::uint32_t>(area.y - facts.decoration.top),
-                              static_cast<std::uint32_t>(area.width),
-                              static_cast<std::uint32_t>(area.height)};
+    std::array geometry{static_cast<std::uint32_t>(area.x - facts.decoration.left),
+                        static_cast<std::uint32_t>(area.y - facts.decoration.top),
+                        static_cast<std::uint32_t>(area.width), static_cast<std::uint32_t>(area.height)};
     const auto& atoms = connection_.atoms();
     if (manager_.supports(atoms.netMoveresizeWindow)) {
         constexpr std::uint32_t allFour = 0xF << 8;
@@ -163,6 +174,13 @@ void WindowPlacer::place(xcb_window_t window, Placement& placement, const Window
         connection_.tellWindowManager(window, atoms.netMoveresizeWindow,
                                       {flags, geometry[0], geometry[1], geometry[2], geometry[3]});
     } else {
+        // Of this request the window's own gravity says what the place is that of.
+        const xcb_size_hints_t& hints = facts.sizeHints;
+        if ((hints.flags & XCB_ICCCM_SIZE_HINT_P_WIN_GRAVITY) != 0 &&
+            hints.win_gravity == XCB_GRAVITY_STATIC) {
+            geometry[0] = static_cast<std::uint32_t>(area.x);
+            geometry[1] = static_cast<std::uint32_t>(area.y);
+        }
         xcb_configure_window(connection_.get(), window,
                              XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
                                  XCB_CONFIG_WINDOW_HEIGHT,
@@ -258,15 +276,15 @@ std::optional<WindowFacts> WindowPlacer::settle(xcb_window_t window, Deadline de
     }
     asked.isSettled = true;
     if (asked.wasMaximized) {
-        recheckLater(window, asked);
+        recheckLater(window, asked, quiet);
     } else {
         placements_.erase(window);
     }
     return facts;
 }
 
-void WindowPlacer::recheckLater(xcb_window_t window, Placement& placement) {
-    placement.recheck = scheduler_.after(quiet, callbacks_.wrap([this, window] { recheck(window); }));
+void WindowPlacer::recheckLater(xcb_window_t window, Placement& placement, std::chrono::milliseconds delay) {
+    placement.recheck = scheduler_.after(delay, callbacks_.wrap([this, window] { recheck(window); }));
 }
 
 void WindowPlacer::recheck(xcb_window_t window) {
@@ -282,16 +300,24 @@ void WindowPlacer::recheck(xcb_window_t window) {
     }
     const auto facts = FactsRequest(connection_, window).receive(connection_, deadlineFromNow());
     const bool wasMaximizedAgain = facts && !asked.isRestoring && facts->isMaximized;
-    if (wasMaximizedAgain || (facts && advance(window, asked, *facts))) {
+    const int before = asked.corrections;
+    const bool isRight = facts && !wasMaximizedAgain && advance(window, asked, *facts);
+    // By the last look a person may have moved it: only a shadow is a reason to correct it then.
+    if (wasMaximizedAgain || (asked.isLastLook && asked.corrections == before)) {
         placements_.erase(known);
         return;
     }
-    if (facts && !asked.isRestoring) {
+    if (isRight) {
+        asked.isLastLook = true;
+        recheckLater(window, asked, shadowTime);
+        return;
+    }
+    if (facts && !asked.isRestoring && asked.corrections == before) {
         correct(window, asked, *facts);
-    } else {
+    } else if (asked.corrections == before) {
         ++asked.corrections;
     }
-    recheckLater(window, asked);
+    recheckLater(window, asked, quiet);
 }
 
 } // namespace karto::x11

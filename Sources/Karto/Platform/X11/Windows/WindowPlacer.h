@@ -60,6 +60,8 @@ private:
         // It has been told to give up being maximized and has not yet.
         bool isRestoring = false;
         int corrections = 0;
+        // It was right, and is looked at once more.
+        bool isLastLook = false;
         Registration events;
         Registration recheck;
     };
@@ -75,7 +77,7 @@ private:
     // The window in the frame that it was asked for, if the changes are the news of just that.
     static std::optional<WindowFacts> toldToFit(const Placement& asked,
                                                 std::span<const xcb_generic_event_t* const> changes);
-    void recheckLater(xcb_window_t window, Placement& placement);
+    void recheckLater(xcb_window_t window, Placement& placement, std::chrono::milliseconds delay);
     void recheck(xcb_window_t window);
     void correct(xcb_window_t window, Placement& placement, const WindowFacts& facts);
 
