@@ -4,7 +4,6 @@
 #include "Karto/Drawing/QtImages.h"
 
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -18,15 +17,7 @@ constexpr double blurOfSize = 0.04;
 constexpr double rimOfSize = 0.05;
 constexpr float haloGain = 1.6F;
 
-int blurRadius(const QFont& font) { return std::max(1, qRound(font.pixelSize() * blurOfSize)); }
-
-QPainterPath figures(int number, const QFont& font) {
-    QPainterPath path;
-    path.addText(0, 0, font, QString::number(number));
-    // Contours of one figure may overlap.
-    path.setFillRule(Qt::WindingFill);
-    return path;
-}
+int blurRadius(int fontSize) { return std::max(1, qRound(fontSize * blurOfSize)); }
 
 // The same figures with all edges of their bounds on pixels, so that straight strokes there are sharp.
 QPainterPath onPixels(const QPainterPath& path, const QRect& ink) {
@@ -57,13 +48,13 @@ QImage haloCoverage(const QPainterPath& path, QSize size, int radius) {
         .scaled(reduced * reduction, Qt::IgnoreAspectRatio, Qt::SmoothTransformation);
 }
 
-QImage withHalo(const QPainterPath& path, QSize size, const QFont& font, const NumberLook& look) {
+QImage withHalo(const QPainterPath& path, QSize size, int fontSize, const NumberLook& look) {
     const auto figures = filled(path, size, look.figures);
     QImage image = canvas(size);
     image.fill(look.halo);
     QPainter painter(&image);
     painter.setCompositionMode(QPainter::CompositionMode_DestinationIn);
-    painter.drawImage(0, 0, haloCoverage(path, size, blurRadius(font)));
+    painter.drawImage(0, 0, haloCoverage(path, size, blurRadius(fontSize)));
     // The figures keep the colours that they would have without a halo.
     painter.setCompositionMode(QPainter::CompositionMode_DestinationOut);
     painter.drawImage(0, 0, figures);
@@ -73,12 +64,12 @@ QImage withHalo(const QPainterPath& path, QSize size, const QFont& font, const N
     return image;
 }
 
-QImage withRim(const QPainterPath& path, QSize size, const QFont& font, const NumberLook& look) {
+QImage withRim(const QPainterPath& path, QSize size, int fontSize, const NumberLook& look) {
     QImage image = canvas(size);
     QPainter painter(&image);
     auto rim = look.halo;
     rim.setAlphaF(1);
-    const double width = 2 * std::max(1.5, font.pixelSize() * rimOfSize);
+    const double width = 2 * std::max(1.5, fontSize * rimOfSize);
     painter.strokePath(path, QPen(rim, width, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
     painter.fillPath(path, rim);
     painter.setRenderHint(QPainter::Antialiasing);
@@ -89,17 +80,22 @@ QImage withRim(const QPainterPath& path, QSize size, const QFont& font, const Nu
 
 } // namespace
 
-QSizeF numberExtent(int number, const QFont& font) { return figures(number, font).boundingRect().size(); }
+QPainterPath numberFigures(int number, const QFont& font) {
+    QPainterPath path;
+    path.addText(0, 0, font, QString::number(number));
+    // Contours of one figure may overlap.
+    path.setFillRule(Qt::WindingFill);
+    return path;
+}
 
-QImage numberImage(int number, const QFont& font, const NumberLook& look) {
-    const auto outlines = figures(number, font);
-    const auto bounds = outlines.boundingRect();
-    const int margin = blurReach(blurRadius(font));
+QImage numberImage(const QPainterPath& figures, int fontSize, const NumberLook& look) {
+    const auto bounds = figures.boundingRect();
+    const int margin = blurReach(blurRadius(fontSize));
     const QRect ink(margin, margin, std::max(1, qRound(bounds.width())),
                     std::max(1, qRound(bounds.height())));
-    const auto path = onPixels(outlines, ink);
+    const auto path = onPixels(figures, ink);
     const QSize size = ink.size() + QSize(2 * margin, 2 * margin);
-    return look.isTranslucent ? withHalo(path, size, font, look) : withRim(path, size, font, look);
+    return look.isTranslucent ? withHalo(path, size, fontSize, look) : withRim(path, size, fontSize, look);
 }
 
 } // namespace karto::drawing

@@ -4,7 +4,7 @@
 #include <QColor>
 #include <QFont>
 #include <QImage>
-#include <QSizeF>
+#include <QPainterPath>
 
 namespace karto::drawing {
 
@@ -16,10 +16,10 @@ struct NumberLook {
     bool isTranslucent = true;
 };
 
-// What the figures of a number take, without their halo.
-QSizeF numberExtent(int number, const QFont& font);
+// The outlines of a number, whose bounds are what it takes without its halo. Takes long for what it is.
+QPainterPath numberFigures(int number, const QFont& font);
 
-// The ink of the figures is in the middle of the image.
-QImage numberImage(int number, const QFont& font, const NumberLook& look);
+// The ink of the figures is in the middle of the image. fontSize: theirs, in pixels.
+QImage numberImage(const QPainterPath& figures, int fontSize, const NumberLook& look);
 
 } // namespace karto::drawing

@@ -172,10 +172,8 @@ private:
         if (paintedSize != size) {
             const auto& tint = zone.isSelected ? style_.accent : appearance_.color;
             const double opacity = zone.isSelected || !style_.isTranslucent ? 1 : numberOpacity;
-            auto font = numberFont_;
-            font.setPixelSize(size);
             paintedSize = size;
-            image = shared(drawing::numberImage(zone.number, font,
+            image = shared(drawing::numberImage(figures(zone.number, size), size,
                                                 {.figures = color(tint, opacity),
                                                  .halo = contrasting(tint, haloOpacity),
                                                  .isTranslucent = style_.isTranslucent}));
@@ -183,11 +181,21 @@ private:
         return image;
     }
 
-    int fittingSize(int number, const PixelRect& area) {
-        auto& extent = extents_[number];
-        if (extent.isEmpty()) {
-            extent = numberExtent(number, numberFont_);
+    QPainterPath figures(int number, int size) {
+        if (size != numberFont_.pixelSize()) {
+            auto font = numberFont_;
+            font.setPixelSize(size);
+            return numberFigures(number, font);
         }
+        auto& figures = figures_[number];
+        if (figures.isEmpty()) {
+            figures = numberFigures(number, numberFont_);
+        }
+        return figures;
+    }
+
+    int fittingSize(int number, const PixelRect& area) {
+        const auto extent = figures(number, numberFont_.pixelSize()).boundingRect().size();
         const double edges = 2 * (borderWidth + hairlineWidth) * style_.scale;
         const double share = fittingShare(extent, {area.width - edges, area.height - edges});
         return std::max(1, static_cast<int>(numberFont_.pixelSize() * share));
@@ -199,7 +207,7 @@ private:
     // By whether the zone is selected.
     std::map<bool, std::optional<NinePatch>> patches_;
     // At the size of the look, by number.
-    std::map<int, QSizeF> extents_;
+    std::map<int, QPainterPath> figures_;
     // By number and whether its zone is selected, in the size last painted.
     std::map<std::pair<int, bool>, PaintedNumber> numbers_;
 };
