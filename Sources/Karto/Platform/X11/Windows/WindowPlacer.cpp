@@ -158,19 +158,19 @@ void WindowPlacer::send(xcb_window_t window, Placement& placement) {
 
 void WindowPlacer::place(xcb_window_t window, Placement& placement, const WindowFacts& facts) {
     placement.facts = facts;
-    auto area = clientAreaFor(placement.target, facts);
-    // Some managers leave a window where it is when it is asked for a size that it cannot have.
-    if (hasFixedSize(facts.sizeHints)) {
-        area = constrained(area, facts.sizeHints);
-    }
+    const auto area = clientAreaFor(placement.target, facts);
     // Managers are told where the decorated window goes, and how large its client becomes.
     std::array geometry{static_cast<std::uint32_t>(area.x - facts.decoration.left),
                         static_cast<std::uint32_t>(area.y - facts.decoration.top),
                         static_cast<std::uint32_t>(area.width), static_cast<std::uint32_t>(area.height)};
+    // Some managers refuse a window of fixed size even its place when it is asked for a size as well.
+    const std::uint32_t parts =
+        hasFixedSize(facts.sizeHints)
+            ? XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y
+            : XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH | XCB_CONFIG_WINDOW_HEIGHT;
     const auto& atoms = connection_.atoms();
     if (manager_.supports(atoms.netMoveresizeWindow)) {
-        constexpr std::uint32_t allFour = 0xF << 8;
-        constexpr std::uint32_t flags = XCB_GRAVITY_NORTH_WEST | allFour | sourceIsPager << 12;
+        const std::uint32_t flags = XCB_GRAVITY_NORTH_WEST | parts << 8 | sourceIsPager << 12;
         connection_.tellWindowManager(window, atoms.netMoveresizeWindow,
                                       {flags, geometry[0], geometry[1], geometry[2], geometry[3]});
     } else {
@@ -181,10 +181,7 @@ void WindowPlacer::place(xcb_window_t window, Placement& placement, const Window
             geometry[0] = static_cast<std::uint32_t>(area.x);
             geometry[1] = static_cast<std::uint32_t>(area.y);
         }
-        xcb_configure_window(connection_.get(), window,
-                             XCB_CONFIG_WINDOW_X | XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_WIDTH |
-                                 XCB_CONFIG_WINDOW_HEIGHT,
-                             geometry.data());
+        xcb_configure_window(connection_.get(), window, static_cast<std::uint16_t>(parts), geometry.data());
     }
     connection_.flush();
 }
