@@ -34,7 +34,10 @@ protected:
         installWith("exit 1");
     }
 
-    ~UpdateTest() override { answerAgain(); }
+    void TearDown() override {
+        answerAgain();
+        DesktopTest::TearDown();
+    }
 
     [[nodiscard]] fs::path programs() const { return desktop.home() / "programs"; }
 
@@ -166,7 +169,7 @@ TEST_F(UpdateTest, whereverItIsKilledTheNextOneBeginsAnew) {
     constexpr std::array steps{"checking", "found", "downloading", "installing", "the end"};
     for (std::size_t step = 0; step < steps.size(); ++step) {
         SCOPED_TRACE(steps[step]);
-        stalled = step == 0 ? 'f' : step == 2 ? 'k' : 0;
+        stalled = step == 0 ? 'f' : step == 2 ? 'k' : '\0';
         startUpdatingKarto();
         ASSERT_TRUE(eventually([&] {
             tray.pump();
