@@ -1,6 +1,8 @@
 #include "DesktopTest.h"
 
 #include <algorithm>
+#include <array>
+#include <utility>
 
 namespace karto::desktop {
 
@@ -68,7 +70,8 @@ TEST_P(CommandTest, tidyDealsTheWindowsOfOneDisplayOverItsZones) {
         return std::ranges::count_if(windows,
                                      [&](const auto& window) { return fits(window.frame(), place); });
     };
-    for (const auto& [place, count] : {std::pair{zone::one, 2}, {zone::two, 1}, {zone::three, 1}}) {
+    const std::array<std::pair<Rect, int>, 3> dealt{{{zone::one, 2}, {zone::two, 1}, {zone::three, 1}}};
+    for (const auto& [place, count] : dealt) {
         EXPECT_TRUE(eventually([&] { return windowsIn(place) == count; })) << windowsIn(place);
     }
     EXPECT_EQ(elsewhere.frame(), untouched);

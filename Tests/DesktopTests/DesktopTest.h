@@ -62,7 +62,7 @@ protected:
     }
 
     void closeOwnWindow() {
-        desktop.x().close(ownWindow().value());
+        desktop.x().close(ownWindow().value_or(XCB_WINDOW_NONE));
         EXPECT_TRUE(eventually([&] { return !desktop.x().clientOf(karto->process().pid()); }));
     }
 

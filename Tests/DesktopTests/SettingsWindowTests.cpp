@@ -23,7 +23,7 @@ protected:
         if (!isFirstRun) {
             openSettings();
         }
-        const auto settings = ownWindow().value();
+        const auto settings = ownWindow().value_or(XCB_WINDOW_NONE);
         desktop.x().place(settings, settingsArea);
         require("the settings aside", [&] { return desktop.x().frameOf(settings)->x > zone::one.maxX(); });
         require("the preview", [&] { return !desktop.x().unmanagedFrames("karto").empty(); });
