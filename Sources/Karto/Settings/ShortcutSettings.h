@@ -49,6 +49,8 @@ public:
     // onChange: called when what this object says has changed without a change of the model.
     ShortcutSettings(SettingsModel& model, std::function<void()> onChange);
     ~ShortcutSettings();
+    ShortcutSettings(ShortcutSettings&&) = delete;
+    ShortcutSettings& operator=(ShortcutSettings&&) = delete;
     ShortcutSettings(const ShortcutSettings&) = delete;
     ShortcutSettings& operator=(const ShortcutSettings&) = delete;
 
