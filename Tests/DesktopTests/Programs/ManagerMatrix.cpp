@@ -28,6 +28,8 @@ const std::set<std::pair<std::string, std::string>> knownLimits{
     {"icewm", "shadowed"},
     {"icewm", "chromium"},
     {"icewm", "tidy"},
+    // Of several windows that have just opened not every one becomes active when it is asked to.
+    {"blackbox", "tidy"},
     {"jwm", "shadowed"},
     {"marco", "shadowed"},
     {"marco", "GTK 4"},
@@ -37,6 +39,7 @@ const std::set<std::pair<std::string, std::string>> knownLimits{
     // One pixel off: the manager forgets its border for windows with static gravity.
     {"wmaker", "chromium"},
     {"wmaker", "Qt"},
+    {"wmaker", "tidy"},
     // It goes back to its old height now and then when it changes displays.
     {"mutter", "GTK 4"},
     {"muffin", "GTK 4"},
@@ -415,7 +418,12 @@ TEST_P(ManagerMatrix, applicationsShareATidyDesktop) {
         return worst != Verdict::off;
     };
     // Some come to the front once more when they have started at last.
-    eventually(tidyUp, 10s);
+    try {
+        eventually(tidyUp, 10s);
+    } catch (const std::exception& failure) {
+        fmt::print("{}, tidy: {}\n", GetParam(), failure.what());
+        worst = Verdict::off;
+    }
     takePicture("tidy");
     record("tidy", worst);
 }
