@@ -28,6 +28,8 @@ const std::set<std::pair<std::string, std::string>> knownLimits{
     {"icewm", "shadowed"},
     {"icewm", "chromium"},
     {"icewm", "tidy"},
+    // Of several windows that have just opened not every one becomes active when it is asked to.
+    {"blackbox", "tidy"},
     {"jwm", "shadowed"},
     {"marco", "shadowed"},
     {"marco", "GTK 4"},
@@ -37,6 +39,7 @@ const std::set<std::pair<std::string, std::string>> knownLimits{
     // One pixel off: the manager forgets its border for windows with static gravity.
     {"wmaker", "chromium"},
     {"wmaker", "Qt"},
+    {"wmaker", "tidy"},
     // It goes back to its old height now and then when it changes displays.
     {"mutter", "GTK 4"},
     {"muffin", "GTK 4"},
@@ -373,6 +376,7 @@ TEST_P(ManagerMatrix, hyperMayBePressedInAnyOrder) {
     const auto moves = journey(freeStudio, freeTower);
     // The first key of another keyboard has managers claim their own keys anew.
     keys.tap("LFSH");
+    require("the manager", [&] { return desktop.x().managerAnswers(patience); });
     keys.hyper = {"LFSH", "LCTL", "LALT", "LWIN"};
     pressUntilFits(moves[1].key, window, moves[1].wanted);
     Verdict worst = Verdict::exact;
@@ -395,20 +399,30 @@ TEST_P(ManagerMatrix, applicationsShareATidyDesktop) {
     for (const Subject& subject : applications()) {
         windows.push_back(subject.open(desktop));
     }
-    Verdict worst = Verdict::exact;
-    for (std::size_t i : {2U, 4U}) {
-        Rect is;
-        windows[i].activate();
-        const SizeHints hints = hintsOf(desktop.x(), windows[i].window());
-        worst = std::max(worst, carryOut(moves[i], windows[i], hints, {}, is));
-    }
-    windows[0].activate();
-    EXPECT_NE(press("AD05", "tidy"), "");
-    for (std::size_t i : {0U, 1U, 3U, 5U}) {
-        const SizeHints hints = hintsOf(desktop.x(), windows[i].window());
-        const Rect is = restingFrame(windows[i]);
-        const auto judgeIn = [&](std::size_t zone) { return judge(is, moves[zone].wanted, hints, {}); };
-        worst = std::max(worst, std::min({judgeIn(0), judgeIn(1), judgeIn(5)}));
+    Verdict worst = Verdict::off;
+    const auto tidyUp = [&] {
+        worst = Verdict::exact;
+        for (std::size_t i : {2U, 4U}) {
+            Rect is;
+            const SizeHints hints = hintsOf(desktop.x(), windows[i].window());
+            worst = std::max(worst, carryOut(moves[i], windows[i], hints, {}, is));
+        }
+        windows[0].activate();
+        press("AD05", "tidy");
+        for (std::size_t i : {0U, 1U, 3U, 5U}) {
+            const SizeHints hints = hintsOf(desktop.x(), windows[i].window());
+            const Rect is = restingFrame(windows[i]);
+            const auto judgeIn = [&](std::size_t zone) { return judge(is, moves[zone].wanted, hints, {}); };
+            worst = std::max(worst, std::min({judgeIn(0), judgeIn(1), judgeIn(5)}));
+        }
+        return worst != Verdict::off;
+    };
+    // Some come to the front once more when they have started at last.
+    try {
+        eventually(tidyUp, 10s);
+    } catch (const std::exception& failure) {
+        fmt::print("{}, tidy: {}\n", GetParam(), failure.what());
+        worst = Verdict::off;
     }
     takePicture("tidy");
     record("tidy", worst);
