@@ -112,7 +112,8 @@ int run(int& argumentCount, char** arguments, std::string& successor) {
         if (QtApplicationHost::isVisible()) {
             explainDistrust(x11::waylandProblem(), host, QtApplicationHost::openDesktopSettings, log);
         }
-        return status;
+        // The toolkit's side of Wayland, taken down in order, at times waits for a thread of its own forever.
+        std::quick_exit(status);
     }
     if (!opened) {
         return endWith(fmt::format("startup: {} — quitting", opened.error()));

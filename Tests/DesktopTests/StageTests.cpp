@@ -10,6 +10,7 @@
 
 #include <algorithm>
 #include <span>
+#include <tuple>
 #include <utility>
 
 namespace karto::desktop {
@@ -222,6 +223,10 @@ TEST_F(StageTest, aWindowWaitsOutOfSightBeforeItIsShownAndForAWhileAfter) {
     scheduler.advance(10s);
     settle();
     EXPECT_EQ(waiting(), 0);
+    // A compositor that hears of the end and of the next beginning in one breath may miss both. It has heard
+    // of one when it shows what came after.
+    std::ignore = mapUnmanaged({.x = 1400, .y = 500, .width = 100, .height = 100});
+    EXPECT_TRUE(shows(1450, 550, green));
     window->orderFront();
     present();
     EXPECT_TRUE(shows(300, 300, red));
