@@ -1,7 +1,7 @@
 // Shows the update window at a step of an update, or at several in turn, named by the arguments, until it is
 // closed.
 
-#include "Karto/Updates/UpdateWindowView.h"
+#include "Karto/Updates/Views/UpdateWindowView.h"
 
 #include <QApplication>
 #include <QTimer>

@@ -1,3 +1,4 @@
+#include "Karto/About/AboutPanel.h"
 #include "Karto/Agent.h"
 #include "Karto/AppInfo.h"
 #include "Karto/Log.h"
@@ -20,7 +21,6 @@
 #include "Karto/Platform/Linux/Updates/FetchProgram.h"
 #include "Karto/Platform/Linux/Updates/PackageCache.h"
 #include "Karto/Platform/Linux/Updates/PackageInstaller.h"
-#include "Karto/Platform/Linux/Updates/QtUpdateWindow.h"
 #include "Karto/Platform/Linux/XdgAutostart.h"
 #include "Karto/Platform/Platform.h"
 #include "Karto/Platform/TrayItem.h"
@@ -44,6 +44,7 @@
 #include "Karto/TrustAlert.h"
 #include "Karto/Updates/FeedUpdater.h"
 #include "Karto/Updates/UnconfiguredUpdater.h"
+#include "Karto/Updates/Views/QtUpdateWindow.h"
 
 #include <fmt/format.h>
 #include <pwd.h>
@@ -52,6 +53,7 @@
 #include <chrono>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -176,6 +178,14 @@ int run(int& argumentCount, char** arguments, std::string& successor) {
         log.append("update: installed — starting the new version");
         successor = autostart.program;
         host.terminate();
+    });
+    std::unique_ptr<AboutPanel> aboutPanel;
+    host.showAboutWith([&aboutPanel](const About& about) -> QWidget& {
+        if (!aboutPanel) {
+            aboutPanel = std::make_unique<AboutPanel>();
+        }
+        aboutPanel->tell(about);
+        return *aboutPanel;
     });
     QtUpdateWindow updateWindow([&host](QWidget& window) { host.present(window); });
     UnconfiguredUpdater unconfiguredUpdater(host);

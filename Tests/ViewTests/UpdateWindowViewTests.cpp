@@ -1,4 +1,4 @@
-#include "Karto/Updates/UpdateWindowView.h"
+#include "Karto/Updates/Views/UpdateWindowView.h"
 
 #include <QApplication>
 

@@ -1,6 +1,6 @@
 #include "Karto/About/AboutPanel.h"
 
-#include "Karto/Drawing/ProgramIcon.h"
+#include "Karto/ProgramIcon.h"
 #include "Karto/Settings/Views/Controls.h"
 
 #include <QEvent>
@@ -55,6 +55,6 @@ void AboutPanel::changeEvent(QEvent* event) {
     QDialog::changeEvent(event);
 }
 
-void AboutPanel::dress() { icon_->setPixmap(drawing::programIcon(iconSide, devicePixelRatioF())); }
+void AboutPanel::dress() { icon_->setPixmap(programIcon(iconSide, devicePixelRatioF())); }
 
 } // namespace karto

@@ -1,6 +1,5 @@
 #include "Karto/Platform/Linux/QtApplicationHost.h"
 
-#include "Karto/About/AboutPanel.h"
 #include "Karto/Platform/Linux/Programs.h"
 #include "Karto/Platform/Linux/SessionBus.h"
 
@@ -150,11 +149,9 @@ void QtApplicationHost::openDesktopSettings() {
 }
 
 void QtApplicationHost::showAbout(const About& about) {
-    if (!about_) {
-        about_ = std::make_unique<AboutPanel>();
+    if (findAboutPanel_) {
+        present(findAboutPanel_(about));
     }
-    about_->tell(about);
-    present(*about_);
 }
 
 void QtApplicationHost::present(QWidget& window) const {

@@ -11,12 +11,10 @@
 
 #include <cstdint>
 #include <functional>
-#include <memory>
 #include <utility>
 
 namespace karto {
 
-class AboutPanel;
 class SessionBus;
 
 class QtApplicationHost final : public ApplicationHost {
@@ -39,6 +37,11 @@ public:
     using Activate = std::function<void(std::uint32_t window)>;
 
     void activateWith(Activate activate) { activate_ = std::move(activate); }
+
+    // The panel that tells that; it stays for the next time.
+    using FindAboutPanel = std::function<QWidget&(const About& about)>;
+
+    void showAboutWith(FindAboutPanel findAboutPanel) { findAboutPanel_ = std::move(findAboutPanel); }
 
     // The bus of the session, which must outlive the event loop, may not answer: the toolkit must not wait
     // for it then.
@@ -82,9 +85,8 @@ private:
     Registration endings_;
     SessionBus* bus_ = nullptr;
     Activate activate_;
+    FindAboutPanel findAboutPanel_;
     Observers<> terminationObservers_;
-    // Null until it is first shown.
-    std::unique_ptr<AboutPanel> about_;
 };
 
 } // namespace karto

@@ -3,9 +3,9 @@
 
 #include <QPixmap>
 
-namespace karto::drawing {
+namespace karto {
 
 // side: points; ratio: pixels to a point.
 QPixmap programIcon(int side, double ratio);
 
-} // namespace karto::drawing
+} // namespace karto

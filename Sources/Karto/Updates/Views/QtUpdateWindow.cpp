@@ -1,6 +1,6 @@
-#include "Karto/Platform/Linux/Updates/QtUpdateWindow.h"
+#include "Karto/Updates/Views/QtUpdateWindow.h"
 
-#include "Karto/Updates/UpdateWindowView.h"
+#include "Karto/Updates/Views/UpdateWindowView.h"
 
 #include <utility>
 

@@ -1,4 +1,4 @@
-#include "Karto/Drawing/ProgramIcon.h"
+#include "Karto/ProgramIcon.h"
 
 #include "Karto/Drawing/QtImages.h"
 #include "Karto/MenuBarIcon.h"
@@ -9,7 +9,7 @@
 #include <QPainter>
 #include <QPalette>
 
-namespace karto::drawing {
+namespace karto {
 
 namespace {
 
@@ -33,7 +33,7 @@ QPixmap drawnIcon(int points, double ratio) {
     painter.setBrush(light);
     const double radius = side * 0.22;
     painter.drawRoundedRect(QRectF(0, 0, side, side), radius, radius);
-    painter.drawImage(inset, inset, view(zones));
+    painter.drawImage(inset, inset, drawing::view(zones));
     painter.end();
     tile.setDevicePixelRatio(ratio);
     return tile;
@@ -46,4 +46,4 @@ QPixmap programIcon(int side, double ratio) {
     return installed.isNull() ? drawnIcon(side, ratio) : installed;
 }
 
-} // namespace karto::drawing
+} // namespace karto

@@ -1,6 +1,6 @@
-#include "Karto/Updates/UpdateWindowView.h"
+#include "Karto/Updates/Views/UpdateWindowView.h"
 
-#include "Karto/Drawing/ProgramIcon.h"
+#include "Karto/ProgramIcon.h"
 #include "Karto/Settings/Views/Controls.h"
 #include "Karto/Settings/Views/Form.h"
 #include "Karto/Settings/Views/Look.h"
@@ -214,7 +214,7 @@ void UpdateWindowView::fit() {
 // The program's, with a warning on it when something went wrong.
 QPixmap UpdateWindowView::icon() const {
     const auto ratio = devicePixelRatioF();
-    auto icon = drawing::programIcon(iconSide, ratio);
+    auto icon = programIcon(iconSide, ratio);
     if (view_.symbol == UpdateView::Symbol::problem) {
         const auto warning = style()->standardIcon(QStyle::SP_MessageBoxWarning);
         QPainter painter(&icon);
