@@ -282,6 +282,8 @@ void Storm::openSettings() {
         throw std::runtime_error("a further start did not end in an orderly way: " +
                                  further.process().errors());
     }
+    // They come in their own time, which is not to be after the storm.
+    eventually([this] { return !ownWindows().empty(); }, 5s);
 }
 
 void Storm::useSettings() {

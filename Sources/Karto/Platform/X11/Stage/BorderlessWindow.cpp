@@ -270,7 +270,11 @@ bool BorderlessWindow::handle(const xcb_generic_event_t& event) {
     return true;
 }
 
-void BorderlessWindow::tellMovement() { tell(mouseTaker_->takeMovement()); }
+PointerAction BorderlessWindow::tellMovement() {
+    const auto events = mouseTaker_->takeMovement();
+    tell(events);
+    return events.back().action;
+}
 
 void BorderlessWindow::tell(const std::vector<PointerEvent>& events) {
     const auto observers = pointerObservers_;

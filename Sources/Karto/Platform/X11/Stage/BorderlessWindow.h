@@ -117,8 +117,8 @@ public:
 
     [[nodiscard]] bool isMovementWaiting() const { return mouseTaker_ && mouseTaker_->isMovementWaiting(); }
 
-    // Tells of where the pointer has moved; that may end the window.
-    void tellMovement();
+    // Tells of the movement that is waiting, and what it was; that may end the window.
+    PointerAction tellMovement();
 
     // Lasts as long as the window.
     void keep(Registration registration) { kept_ = std::move(registration); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <optional>
 #include <ranges>
 #include <tuple>
 #include <utility>
@@ -12,8 +13,9 @@ namespace karto::x11 {
 namespace {
 
 constexpr std::chrono::seconds lingerTime{10};
-// Some pointers move a thousand times a second, a quarter of a picture's time is soon enough to hear of it.
-constexpr std::chrono::milliseconds movementTime{4};
+// Some pointers move a thousand times a second; half a picture's time is soon enough to hear of it, but for a
+// drag, whose pictures take their time anyway.
+constexpr std::chrono::milliseconds movementTime{8};
 
 } // namespace
 
@@ -61,14 +63,13 @@ void OverlayStage::tellMovements() {
     const auto waiting = [this] {
         return std::ranges::find_if(windows_, &BorderlessWindow::isMovementWaiting);
     };
-    auto next = waiting();
-    if (next == windows_.end()) {
-        return;
+    std::optional<PointerAction> told;
+    for (auto next = waiting(); next != windows_.end(); next = waiting()) {
+        told = (*next)->tellMovement();
     }
-    for (; next != windows_.end(); next = waiting()) {
-        (*next)->tellMovement();
+    if (told && told != PointerAction::dragged) {
+        connection_.gather(movementTime);
     }
-    connection_.gather(movementTime);
 }
 
 std::unique_ptr<karto::BorderlessWindow> OverlayStage::createWindow(const Rect& frame) {
