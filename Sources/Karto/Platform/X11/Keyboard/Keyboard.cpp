@@ -51,8 +51,6 @@ constexpr std::array modifierPlaces{
 
 constexpr std::array<xcb_keysym_t, 3> lockKeysyms{XK_Caps_Lock, XK_Num_Lock, XK_Scroll_Lock};
 
-constexpr std::uint8_t realModifierCount = 8;
-
 // Which keys set which real modifier, and what stands on them.
 class ModifierKeys {
 public:
@@ -81,19 +79,22 @@ public:
         return 0;
     }
 
+    // The row of a real modifier, whose unused places hold key code 0.
+    [[nodiscard]] std::span<const xcb_keycode_t> keysOf(std::size_t modifier) const {
+        return keys_.subspan(modifier * keysPerModifier_, keysPerModifier_);
+    }
+
 private:
     [[nodiscard]] bool sets(std::size_t modifier, xcb_keysym_t keysym, std::size_t levels) const {
-        return std::ranges::any_of(keys_.subspan(modifier * keysPerModifier_, keysPerModifier_),
-                                   [&](xcb_keycode_t key) {
-                                       const auto keysyms = keysymsOf(key);
-                                       const auto looked = keysyms.first(std::min(levels, keysyms.size()));
-                                       return std::ranges::find(looked, keysym) != looked.end();
-                                   });
+        return std::ranges::any_of(keysOf(modifier), [&](xcb_keycode_t key) {
+            const auto keysyms = keysymsOf(key);
+            const auto looked = keysyms.first(std::min(levels, keysyms.size()));
+            return std::ranges::find(looked, keysym) != looked.end();
+        });
     }
 
     [[nodiscard]] std::span<const xcb_keysym_t> keysymsOf(xcb_keycode_t key) const {
         const auto start = (std::size_t{key} - firstKey_) * keysymsPerKey_;
-        // An unused place in the modifier's row holds key code 0.
         return key < firstKey_ || start >= keysyms_.size() ? std::span<const xcb_keysym_t>()
                                                            : keysyms_.subspan(start, keysymsPerKey_);
     }
@@ -154,15 +155,11 @@ std::uint8_t lockMasks(const ModifierKeys& keys, const ModifierMasks& modifiers)
     return static_cast<std::uint8_t>(locks);
 }
 
-std::array<std::vector<xcb_keycode_t>, 8> modifierKeys(const xcb_get_modifier_mapping_reply_t& mapping) {
-    const std::span keys(xcb_get_modifier_mapping_keycodes(&mapping),
-                         static_cast<std::size_t>(xcb_get_modifier_mapping_keycodes_length(&mapping)));
-    const std::size_t keysPerModifier = mapping.keycodes_per_modifier;
+std::array<std::vector<xcb_keycode_t>, realModifierCount> modifierKeys(const ModifierKeys& keys) {
     std::array<std::vector<xcb_keycode_t>, realModifierCount> result;
     for (std::size_t i = 0; i < result.size(); ++i) {
-        // An unused place holds key code 0.
-        std::ranges::copy_if(keys.subspan(i * keysPerModifier, keysPerModifier),
-                             std::back_inserter(result.at(i)), [](xcb_keycode_t key) { return key != 0; });
+        std::ranges::copy_if(keys.keysOf(i), std::back_inserter(result.at(i)),
+                             [](xcb_keycode_t key) { return key != 0; });
     }
     return result;
 }
@@ -238,7 +235,7 @@ std::optional<Keyboard> readKeyboard(Connection& connection) {
     return Keyboard{.map = {.keyCodes = keyCodes(*names),
                             .modifiers = masks,
                             .locks = lockMasks(keys, masks),
-                            .modifierKeys = modifierKeys(*modifiers)},
+                            .modifierKeys = modifierKeys(keys)},
                     .repetition = keyRepetition(*controls)};
 }
 

@@ -16,6 +16,8 @@
 
 namespace karto::x11 {
 
+inline constexpr std::uint8_t realModifierCount = 8;
+
 // The real modifier (1, 2, 4 ... 128) that each of the program's modifiers sets; 0 when no key sets it.
 struct ModifierMasks {
     std::uint8_t shift = 0;
@@ -38,7 +40,7 @@ struct KeyboardMap {
     // The real modifiers of the lock keys.
     std::uint8_t locks = 0;
     // The keys that set each real modifier, from the lowest one on.
-    std::array<std::vector<xcb_keycode_t>, 8> modifierKeys;
+    std::array<std::vector<xcb_keycode_t>, realModifierCount> modifierKeys;
 
     bool operator==(const KeyboardMap&) const = default;
 };

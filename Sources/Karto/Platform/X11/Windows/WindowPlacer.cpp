@@ -300,7 +300,8 @@ void WindowPlacer::recheck(xcb_window_t window) {
     const int before = asked.corrections;
     const bool isRight = facts && !wasMaximizedAgain && advance(window, asked, *facts);
     // By the last look a person may have moved it: only a shadow is a reason to correct it then.
-    if (wasMaximizedAgain || (asked.isLastLook && asked.corrections == before)) {
+    const bool isCorrected = asked.corrections != before;
+    if (wasMaximizedAgain || (asked.isLastLook && !isCorrected)) {
         placements_.erase(known);
         return;
     }
@@ -309,9 +310,9 @@ void WindowPlacer::recheck(xcb_window_t window) {
         recheckLater(window, asked, shadowTime);
         return;
     }
-    if (facts && !asked.isRestoring && asked.corrections == before) {
+    if (!isCorrected && facts && !asked.isRestoring) {
         correct(window, asked, *facts);
-    } else if (asked.corrections == before) {
+    } else if (!isCorrected) {
         ++asked.corrections;
     }
     recheckLater(window, asked, quiet);
