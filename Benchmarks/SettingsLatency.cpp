@@ -1,12 +1,18 @@
 // How long the settings window of a Karto that runs already takes to be there, and how closely it and the
 // preview on the displays follow the hand. Without a compositor.
 //
-//   SettingsLatency open PROGRAM TIMES      opened by a further start of the program, and closed, so many
-//   times SettingsLatency drag PROGRAM            the slider of the numbers' size, and the boundary down the
-//   middle of the first display SettingsLatency layout PROGRAM          the layout section opened, and
-//   scrolled SettingsLatency repeat PROGRAM TIMES    opened, led through all sections and closed so many
-//   times, silently SettingsLatency show PROGRAM            opened and left open SettingsLatency hide PROGRAM
-//   closed
+//   SettingsLatency open PROGRAM TIMES
+//       opened by a further start of the program, and closed, so many times
+//   SettingsLatency drag PROGRAM
+//       the slider of the numbers' size, and the boundary down the middle of the first display
+//   SettingsLatency layout PROGRAM
+//       the layout section opened, and scrolled
+//   SettingsLatency repeat PROGRAM TIMES
+//       opened, led through all sections and closed so many times, silently
+//   SettingsLatency show PROGRAM
+//       opened and left open
+//   SettingsLatency hide PROGRAM
+//       closed
 
 #include "Hand.h"
 #include "Paintings.h"

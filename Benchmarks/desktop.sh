@@ -47,6 +47,8 @@ start_server() {
     wait_for grep -q . "$HOME/display"
     DISPLAY=:$(<"$HOME/display")
     export DISPLAY
+    # The memory of the screen comes to be when it is first written to, which is nobody's time but the server's.
+    xsetroot -solid '#505860'
 }
 
 # start_desktop: expects openbox's configuration on standard input.

@@ -192,6 +192,36 @@ TEST_F(StageTest, whatNothingBlendsIsCutOutAndTheCompositorIsFollowed) {
     EXPECT_EQ(changes, 2);
 }
 
+// Server and programs paint every piece that they get back.
+TEST_F(StageTest, whatWasTakenPieceByPieceIsGivenBackAtOnce) {
+    const auto below = mapUnmanaged({.x = 100, .y = 100, .width = 300, .height = 300});
+    constexpr std::uint32_t exposure = XCB_EVENT_MASK_EXPOSURE;
+    xcb_change_window_attributes(server(), below, XCB_CW_EVENT_MASK, &exposure);
+    const auto exposures = [&] {
+        desktop.x().settle();
+        int count = 0;
+        while (const Reply<xcb_generic_event_t> event{xcb_poll_for_event(server())}) {
+            count += (event->response_type & 0x7F) == XCB_EXPOSE ? 1 : 0;
+        }
+        return count;
+    };
+    Image sieve{.width = 4, .height = 2, .pixels = {red, 0, red, 0, 0, red, 0, red}};
+    const auto overlay = stage->createWindow({.x = 150, .y = 150, .width = 200, .height = 200});
+    overlay->setPicture({.tiles = {{.image = std::make_shared<const Image>(std::move(sieve)),
+                                    .area = {.x = 20, .y = 20, .width = 4, .height = 2}}}});
+    for (int i = 0; i < 2; ++i) {
+        overlay->orderFront();
+        present();
+        EXPECT_TRUE(shows(170, 170, red));
+        EXPECT_TRUE(shows(171, 170, green));
+        std::ignore = exposures();
+        overlay->orderOut();
+        present();
+        EXPECT_EQ(exposures(), 1);
+        EXPECT_TRUE(shows(170, 170, green));
+    }
+}
+
 TEST_F(StageTest, aWindowWaitsOutOfSightBeforeItIsShownAndForAWhileAfter) {
     startCompositor();
     const Application below = Application::probe(desktop, "plain", "below", somewhere);

@@ -1,7 +1,7 @@
 #include "Karto/Overlay/OverlayContentView.h"
 
 #include "Karto/Drawing/Fonts.h"
-#include "Karto/Drawing/NumberImage.h"
+#include "Karto/Drawing/NumberPainter.h"
 #include "Karto/Drawing/Panel.h"
 #include "Karto/Drawing/Paragraph.h"
 #include "Karto/Drawing/QtImages.h"
@@ -123,7 +123,7 @@ public:
     ZonePainter(const OverlayAppearance& appearance, const StageStyle& style)
         : appearance_(appearance)
         , style_(style)
-        , numberFont_(roundedFont(appearance.numberSize * style.scale, QFont::DemiBold)) {}
+        , fullSize_(roundedFont(appearance.numberSize * style.scale, QFont::DemiBold), style.isTranslucent) {}
 
     [[nodiscard]] bool hasLook(const OverlayAppearance& appearance, const StageStyle& style) const {
         return appearance == appearance_ && style == style_;
@@ -173,41 +173,37 @@ private:
             const auto& tint = zone.isSelected ? style_.accent : appearance_.color;
             const double opacity = zone.isSelected || !style_.isTranslucent ? 1 : numberOpacity;
             paintedSize = size;
-            image = shared(drawing::numberImage(figures(zone.number, size), size,
-                                                {.figures = color(tint, opacity),
-                                                 .halo = contrasting(tint, haloOpacity),
-                                                 .isTranslucent = style_.isTranslucent}));
+            image = shared(painter(size).image(
+                zone.number, {.figures = color(tint, opacity), .halo = contrasting(tint, haloOpacity)}));
         }
         return image;
     }
 
-    QPainterPath figures(int number, int size) {
-        if (size != numberFont_.pixelSize()) {
-            auto font = numberFont_;
-            font.setPixelSize(size);
-            return numberFigures(number, font);
+    NumberPainter& painter(int size) {
+        if (size == fullSize_.size()) {
+            return fullSize_;
         }
-        auto& figures = figures_[number];
-        if (figures.isEmpty()) {
-            figures = numberFigures(number, numberFont_);
+        if (!smaller_ || smaller_->size() != size) {
+            smaller_ = fullSize_.resized(size);
         }
-        return figures;
+        return *smaller_;
     }
 
     int fittingSize(int number, const PixelRect& area) {
-        const auto extent = figures(number, numberFont_.pixelSize()).boundingRect().size();
         const double edges = 2 * (borderWidth + hairlineWidth) * style_.scale;
-        const double share = fittingShare(extent, {area.width - edges, area.height - edges});
-        return std::max(1, static_cast<int>(numberFont_.pixelSize() * share));
+        const double share =
+            fittingShare(fullSize_.extent(number), {area.width - edges, area.height - edges});
+        return std::max(1, static_cast<int>(fullSize_.size() * share));
     }
 
     OverlayAppearance appearance_;
     StageStyle style_;
-    QFont numberFont_;
+    // Of the look's size.
+    NumberPainter fullSize_;
+    // Of the size that the last number took which had too little room.
+    std::optional<NumberPainter> smaller_;
     // By whether the zone is selected.
     std::map<bool, std::optional<NinePatch>> patches_;
-    // At the size of the look, by number.
-    std::map<int, QPainterPath> figures_;
     // By number and whether its zone is selected, in the size last painted.
     std::map<std::pair<int, bool>, PaintedNumber> numbers_;
 };

@@ -129,8 +129,7 @@ void BorderlessWindow::arrange() {
         mouseTaker_->hide();
     }
     if (!isMapped() && surface_) {
-        surface_->window().hide();
-        isPainted_ = false;
+        hideSurface();
     }
     if (!std::holds_alternative<Below>(standing_)) {
         cutOut({});
@@ -152,6 +151,18 @@ void BorderlessWindow::arrange() {
     } else if (!share_.isTranslucent && !damage_.empty()) {
         reshapeDamage();
     }
+}
+
+void BorderlessWindow::hideSurface() {
+    auto& window = surface_->window();
+    if (window.isShown() && !share_.isTranslucent) {
+        // For every piece that becomes free the server goes through all pieces that still lie above: a box
+        // around each tile is given back in a hundredth of the time.
+        window.cutDownTo(withoutCuts(opaqueTiles(planned_)));
+        isShaped_ = false;
+    }
+    window.hide();
+    isPainted_ = false;
 }
 
 void BorderlessWindow::applyShape() {

@@ -142,6 +142,7 @@ private:
     }
 
     void plan();
+    void hideSurface();
     void applyShape();
     // Where the picture has changed.
     void reshapeDamage();

@@ -13,7 +13,7 @@ namespace karto::x11 {
 
 namespace {
 
-constexpr Pixel halfOpaque = 0x80000000;
+bool isOpaque(Pixel pixel) { return pixel >= 0x80000000; }
 
 struct Layer {
     Paint paint;
@@ -79,7 +79,6 @@ std::vector<PaintedArea> painted(std::span<const PixelRect> areas) {
 
 // The runs of opaque pixels in one row of an image.
 std::vector<PixelRect> opaqueRuns(const Image& image, int y) {
-    const auto isOpaque = [](Pixel pixel) { return pixel >= halfOpaque; };
     const auto width = static_cast<std::size_t>(image.width);
     const auto row = std::span(image.pixels).subspan(static_cast<std::size_t>(y) * width, width);
     std::vector<PixelRect> runs;
@@ -200,6 +199,16 @@ std::vector<PixelRect> opaqueArea(const Picture& picture) {
                                       .height = row.length});
                 }
             }
+        }
+    }
+    return result;
+}
+
+std::vector<PixelRect> opaqueTiles(const Picture& picture) {
+    std::vector<PixelRect> result;
+    for (const auto& tile : picture.tiles) {
+        if (showsSomething(tile) && std::ranges::any_of(tile.image->pixels, isOpaque)) {
+            result.push_back(tile.area);
         }
     }
     return result;

@@ -58,4 +58,7 @@ PaintPlan cutDown(const PaintPlan& plan, std::span<const PixelRect> areas);
 // The pixels whose alpha is at least one half. The areas may overlap.
 std::vector<PixelRect> opaqueArea(const Picture& picture);
 
+// The tiles that have such pixels. They may overlap.
+std::vector<PixelRect> opaqueTiles(const Picture& picture);
+
 } // namespace karto::x11
