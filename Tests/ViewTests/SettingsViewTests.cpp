@@ -17,7 +17,8 @@
 #include <gmock/gmock.h>
 
 #include <QAccessible>
-#include <QCoreApplication>
+#include <QApplication>
+#include <QLabel>
 
 namespace karto::testing {
 
@@ -143,6 +144,24 @@ TEST_F(SettingsViewTest, slidersSayTheNumbersThatAreRead) {
     EXPECT_EQ(find(QAccessible::Slider, "Zone number")->valueInterface()->minimumValue(),
               OverlayLimits::numberSize.lower);
     EXPECT_TRUE(model.editor().canUndo());
+}
+
+TEST_F(SettingsViewTest, everyTextFollowsTheDesktopIntoTheDarkAndBack) {
+    const auto before = QApplication::palette();
+    for (const auto section : settingsSections) {
+        model.show(section);
+        for (const auto& ground : {QColor("#202224"), QColor("#EEEEEE")}) {
+            QApplication::setPalette(QPalette(ground));
+            QCoreApplication::processEvents();
+            for (const auto* label : view.findChildren<QLabel*>()) {
+                SCOPED_TRACE(label->text().toStdString());
+                const int distance = label->palette().windowText().color().lightness() - ground.lightness();
+                EXPECT_EQ(distance > 0, ground.lightness() < 128);
+                EXPECT_GT(std::abs(distance), 60);
+            }
+        }
+    }
+    QApplication::setPalette(before);
 }
 
 } // namespace karto::testing

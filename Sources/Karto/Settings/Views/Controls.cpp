@@ -2,7 +2,7 @@
 
 #include "Karto/Settings/Views/Look.h"
 
-#include <QCoreApplication>
+#include <QApplication>
 #include <QEvent>
 #include <QHBoxLayout>
 #include <QMenu>
@@ -119,7 +119,8 @@ void Text::paintEvent(QPaintEvent* event) {
 void Text::adopt() {
     isAdopting_ = true;
     auto palette = this->palette();
-    const auto colors = look::colors(parentWidget() != nullptr ? parentWidget()->palette() : palette);
+    // The parent may hear of new colours after its children.
+    const auto colors = look::colors(QApplication::palette());
     palette.setColor(QPalette::WindowText, colorOf(role_, colors));
     palette.setColor(QPalette::Disabled, QPalette::WindowText, colors.disabled);
     setPalette(palette);
