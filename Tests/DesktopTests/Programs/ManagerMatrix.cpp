@@ -339,6 +339,9 @@ protected:
             tried.push_back(GetParam());
         }
         EXPECT_TRUE(verdict != Verdict::off || isKnownLimit(subject)) << subject << " is off";
+        if (verdict != Verdict::off && isKnownLimit(subject)) {
+            fmt::print("{}, {}: a known limit was not met this time\n", GetParam(), subject);
+        }
         const auto row = std::ranges::find(table, subject, [](const auto& entry) { return entry.first; });
         auto& verdicts = row == table.end() ? table.emplace_back(subject, Row()).second : row->second;
         verdicts[GetParam()] = verdict;

@@ -93,8 +93,11 @@ PrivateDesktop::~PrivateDesktop() {
 }
 
 void PrivateDesktop::startBus() {
-    bus_ =
-        std::make_unique<ChildProcess>(start({"dbus-daemon", "--session", "--nofork", "--print-address=1"}));
+    // Goes with the folder, and is not where programs without an address would look for one.
+    const auto socket = folder_ / "session-bus";
+    bus_ = std::make_unique<ChildProcess>(
+        start({"dbus-daemon", "--session", "--nofork", "--address=unix:path=" + socket.string(),
+               "--print-address=1"}));
     require("the message bus", [this] { return bus_->output().ends_with('\n'); });
     busAddress_ = bus_->output();
     busAddress_.pop_back();
