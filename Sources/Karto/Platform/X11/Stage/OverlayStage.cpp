@@ -96,11 +96,13 @@ void OverlayStage::present() {
     }
     // Nobody, the compositor least of all, is to see some of it without the rest.
     xcb_grab_server(connection_.get());
-    for (auto* window : windows_) {
-        window->arrange();
-    }
+    // Those that wait out of sight get their place in the order before they come: one compositor paints them
+    // in front of everything otherwise, and does not always make up for it.
     if (isReordered) {
         order_.restack();
+    }
+    for (auto* window : windows_) {
+        window->arrange();
     }
     for (auto* window : windows_) {
         window->show();
