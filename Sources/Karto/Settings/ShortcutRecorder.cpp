@@ -57,7 +57,7 @@ void ShortcutRecorder::begin(std::function<void()> onEnd,
     }
     isRecording_ = true;
     heldMax_ = {};
-    onEnd_ = std::move(onEnd);
+    onEnd_ = onEnd ? std::move(onEnd) : [] {};
     monitor_ = events_.observe(std::move(onEvent));
 }
 

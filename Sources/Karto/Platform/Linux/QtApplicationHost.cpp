@@ -46,6 +46,7 @@ void findWindowIcon() { QApplication::setWindowIcon(QIcon::fromTheme("karto")); 
 sigset_t endings() {
     sigset_t set;
     sigemptyset(&set);
+    sigaddset(&set, SIGHUP);
     sigaddset(&set, SIGINT);
     sigaddset(&set, SIGTERM);
     return set;
@@ -59,7 +60,7 @@ void choosePlatform(QtApplicationHost::Session session) {
     qputenv("QT_QPA_PLATFORM", isX11 ? "xcb" : QByteArray("wayland;") + invisible);
 }
 
-// Delivers interrupt and termination signals to a descriptor instead of ending the process on the spot.
+// Delivers the signals that end a process to a descriptor instead of ending the process on the spot.
 int openSignalDescriptor() {
     const sigset_t set = endings();
     pthread_sigmask(SIG_BLOCK, &set, nullptr);

@@ -3,6 +3,7 @@
 #include "Karto/Settings/Views/Look.h"
 
 #include <QEvent>
+#include <QPointer>
 #include <QVBoxLayout>
 
 namespace karto {
@@ -50,8 +51,12 @@ void GeneralSectionView::addStartup(QLayout& groups) {
     updateSwitch_ = new Switch;
     updateSwitch_->setAccessibleName(checkForUpdates);
     connect(updateSwitch_, &QAbstractButton::clicked, this, [this](bool isOn) {
+        // The answer may come in a window of its own, below which another section can be opened.
+        const QPointer<GeneralSectionView> self(this);
         settings_.setChecksForUpdates(isOn);
-        refresh();
+        if (self) {
+            refresh();
+        }
     });
     group->addRow(checkForUpdates, {updateSwitch_});
     groups.addWidget(group);

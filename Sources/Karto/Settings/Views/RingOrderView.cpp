@@ -194,7 +194,7 @@ RingOrderView::RingOrderView(SettingsModel& model)
 
 void RingOrderView::refresh() {
     auto rows = ringOrderRows(model_.editor().config(), model_.status().displays);
-    setVisible(!rows.empty());
+    card_->setVisible(!rows.empty());
     if (rows == shown_) {
         return;
     }
