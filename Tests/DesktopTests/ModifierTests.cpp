@@ -68,6 +68,7 @@ TEST_F(ModifierTest, theToolkitHearsOfThemWhileOneOfItsWindowsHasTheKeyboard) {
     toolkit.flush();
     const auto heard = [&] {
         // All that the server was told before has happened when it answers.
+        settle();
         std::ignore = desktop.x().activeWindow();
         std::ignore = toolkit.activeWindow();
         std::vector<unsigned> modifiers;
