@@ -136,9 +136,8 @@ int run(int& argumentCount, char** arguments, std::string& successor) {
     SessionBus bus(descriptors);
     host.guardAgainst(bus);
     auto* const toolkit = static_cast<xcb_connection_t*>(toolkitConnection());
-    const auto activate = [&connection, toolkit](std::uint32_t window) {
-        x11::activate(connection, toolkit, window);
-    };
+    x11::ToolkitActivation activation(connection, toolkit, scheduler);
+    const auto activate = [&activation](std::uint32_t window) { activation.activate(window); };
     host.activateWith(activate);
 
     x11::WindowManager windowManager(connection);

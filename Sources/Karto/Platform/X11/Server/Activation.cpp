@@ -2,9 +2,14 @@
 
 #include "Karto/Platform/X11/Server/WindowManager.h"
 
+#include <chrono>
+
 namespace karto::x11 {
 
 namespace {
+
+constexpr int attempts = 3;
+constexpr std::chrono::milliseconds patience{300};
 
 xcb_timestamp_t serverTime(Connection& connection) {
     // Appending nothing to a property of one's own makes the server report its time.
@@ -31,18 +36,38 @@ xcb_timestamp_t serverTime(Connection& connection) {
     return time;
 }
 
-} // namespace
-
-void activate(Connection& connection, xcb_connection_t* toolkit, xcb_window_t window) {
-    const Reply<xcb_get_input_focus_reply_t> roundTrip(
-        xcb_get_input_focus_reply(toolkit, xcb_get_input_focus(toolkit), nullptr));
-    activate(connection, window);
+std::uint32_t activeWindow(Connection& connection) {
+    const auto request = requestProperty(connection, connection.root(), connection.atoms().netActiveWindow,
+                                         XCB_ATOM_WINDOW, 1);
+    const auto reply = connection.await<xcb_get_property_reply_t>(request, deadlineFromNow());
+    const auto active = words(reply.get());
+    return active.empty() ? std::uint32_t{XCB_WINDOW_NONE} : active.front();
 }
+
+} // namespace
 
 void activate(Connection& connection, xcb_window_t window) {
     connection.tellWindowManager(window, connection.atoms().netActiveWindow,
                                  {sourceIsPager, serverTime(connection), XCB_WINDOW_NONE, 0, 0});
     connection.flush();
+}
+
+void ToolkitActivation::activate(xcb_window_t window) {
+    const Reply<xcb_get_input_focus_reply_t> roundTrip(
+        xcb_get_input_focus_reply(toolkit_, xcb_get_input_focus(toolkit_), nullptr));
+    ask(window, activeWindow(connection_), attempts);
+}
+
+void ToolkitActivation::ask(xcb_window_t window, std::uint32_t activeBefore, int attemptsLeft) {
+    x11::activate(connection_, window);
+    if (attemptsLeft == 1 || window == activeBefore) {
+        return;
+    }
+    askingAgain_ = scheduler_.after(patience, callbacks_.wrap([=, this] {
+        if (activeWindow(connection_) == activeBefore) {
+            ask(window, activeBefore, attemptsLeft - 1);
+        }
+    }));
 }
 
 } // namespace karto::x11
