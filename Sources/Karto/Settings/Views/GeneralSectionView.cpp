@@ -52,9 +52,9 @@ void GeneralSectionView::addStartup(QLayout& groups) {
     updateSwitch_->setAccessibleName(checkForUpdates);
     connect(updateSwitch_, &QAbstractButton::clicked, this, [this](bool isOn) {
         // The answer may come in a window of its own, below which another section can be opened.
-        const QPointer<GeneralSectionView> self(this);
+        const QPointer<QWidget> ownSwitch(updateSwitch_);
         settings_.setChecksForUpdates(isOn);
-        if (self) {
+        if (ownSwitch) {
             refresh();
         }
     });
