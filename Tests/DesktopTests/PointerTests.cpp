@@ -219,6 +219,8 @@ TEST_P(PointerOnManager, aGestureOfAWindowThatGoesAwayIsCancelled) {
         release();
         const auto told = taken();
         ASSERT_GE(told.size(), 2);
+        EXPECT_THAT(std::span(told).first(told.size() - 2),
+                    ::testing::Each(::testing::Field(&PointerEvent::action, dragged)));
         EXPECT_THAT(std::span(told).last(2), ElementsAre(is(cancelled, 110, 100), is(left, 110, 100)));
     }
     window->setIgnoresMouse(false);

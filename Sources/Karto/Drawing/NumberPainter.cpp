@@ -25,8 +25,6 @@ int blurRadius(int fontSize) { return std::max(1, qRound(fontSize * blurOfSize))
 
 int haloReach(int fontSize) { return blurReach(blurRadius(fontSize)); }
 
-QSize framed(QSize inner, int margin) { return inner + QSize(2 * margin, 2 * margin); }
-
 // The nearest pixels, at least one each way.
 QRect onPixels(const QRectF& bounds) {
     return {qRound(bounds.x()), qRound(bounds.y()), std::max(1, qRound(bounds.width())),

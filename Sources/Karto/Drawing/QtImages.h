@@ -12,6 +12,9 @@
 
 namespace karto::drawing {
 
+// With a margin on every side, which may be negative.
+constexpr QSize framed(QSize inner, int margin) { return inner + QSize(2 * margin, 2 * margin); }
+
 // Clear, and of the one format that images of pictures are painted in.
 QImage canvas(QSize size);
 std::shared_ptr<const Image> shared(const QImage& canvas);

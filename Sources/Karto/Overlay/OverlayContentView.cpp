@@ -93,8 +93,6 @@ QImage outlinedZone(QSize size, double radius, const Border& border) {
     return image;
 }
 
-QSize framed(QSize inner, int padding) { return inner + QSize(2 * padding, 2 * padding); }
-
 Picture paintMessage(const OverlayMessage& message, const PixelRect& window, const StageStyle& style) {
     const auto scaled = [&](double points) { return static_cast<int>(std::lround(points * style.scale)); };
     const int padding = std::min({scaled(messagePadding), window.width / 4, window.height / 4});

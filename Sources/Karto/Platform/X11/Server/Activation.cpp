@@ -1,5 +1,6 @@
 #include "Karto/Platform/X11/Server/Activation.h"
 
+#include "Karto/Platform/X11/Server/RootValue.h"
 #include "Karto/Platform/X11/Server/WindowManager.h"
 
 #include <chrono>
@@ -37,11 +38,8 @@ xcb_timestamp_t serverTime(Connection& connection) {
 }
 
 std::uint32_t activeWindow(Connection& connection) {
-    const auto request = requestProperty(connection, connection.root(), connection.atoms().netActiveWindow,
-                                         XCB_ATOM_WINDOW, 1);
-    const auto reply = connection.await<xcb_get_property_reply_t>(request, deadlineFromNow());
-    const auto active = words(reply.get());
-    return active.empty() ? std::uint32_t{XCB_WINDOW_NONE} : active.front();
+    return rootValue(connection, connection.atoms().netActiveWindow, XCB_ATOM_WINDOW)
+        .value_or(XCB_WINDOW_NONE);
 }
 
 } // namespace

@@ -5,6 +5,8 @@
 #include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Server/Connection.h"
 
+#include <cstdint>
+
 namespace karto::x11 {
 
 // Asks the window manager, which knows the window, in the way that managers grant although the person has

@@ -1,6 +1,7 @@
 #include "Karto/Platform/X11/Windows/Accessibility.h"
 
 #include "Karto/Platform/X11/Server/Activation.h"
+#include "Karto/Platform/X11/Server/RootValue.h"
 
 #include <algorithm>
 #include <set>
@@ -300,7 +301,7 @@ bool Accessibility::isHere(const WindowFacts& facts) {
 }
 
 void Accessibility::readActive() {
-    const auto told = rootValue(connection_.atoms().netActiveWindow, XCB_ATOM_WINDOW);
+    const auto told = rootValue(connection_, connection_.atoms().netActiveWindow, XCB_ATOM_WINDOW);
     active_.isKnown = told.has_value();
     const auto window = told.value_or(XCB_WINDOW_NONE);
     if (active_.window != window) {
@@ -357,18 +358,11 @@ void Accessibility::noteEvent(const xcb_generic_event_t& event) {
     }
 }
 
-std::optional<std::uint32_t> Accessibility::rootValue(xcb_atom_t property, xcb_atom_t type) {
-    const auto reply = connection_.await<xcb_get_property_reply_t>(
-        requestProperty(connection_, connection_.root(), property, type, 1), deadlineFromNow());
-    const auto value = words(reply.get());
-    return value.empty() ? std::nullopt : std::optional(value[0]);
-}
-
 std::optional<std::uint32_t> Accessibility::currentDesktop() {
     if (seenDesktop_) {
         return seenDesktop_;
     }
-    const auto desktop = rootValue(connection_.atoms().netCurrentDesktop, XCB_ATOM_CARDINAL);
+    const auto desktop = rootValue(connection_, connection_.atoms().netCurrentDesktop, XCB_ATOM_CARDINAL);
     if (connection_.inTurn()) {
         seenDesktop_ = desktop;
     }

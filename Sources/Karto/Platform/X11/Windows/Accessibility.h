@@ -112,7 +112,6 @@ private:
     std::vector<Client> clientsOf(std::int32_t pid);
     [[nodiscard]] bool isOrdinary(const WindowFacts& facts) const;
     void remember(xcb_window_t window, const WindowFacts& facts);
-    std::optional<std::uint32_t> rootValue(xcb_atom_t property, xcb_atom_t type);
 
     Connection& connection_;
     WindowManager& manager_;
