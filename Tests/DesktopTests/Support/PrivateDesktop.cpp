@@ -275,10 +275,23 @@ void PrivateDesktop::startWindowManager(const std::string& name) {
     require(name + " to announce itself",
             [this] { return !x_->property(x_->root(), "_NET_SUPPORTING_WM_CHECK").empty(); });
     require(name + " to take windows in", [this] { return x_->managerAnswers(200ms); });
+    if (name == "kwin_x11") {
+        // Its compositor's window comes after all this, and lies over the screen for some milliseconds
+        // before it lets the pointer through.
+        require("its compositor", [this] { return isKWinComposing(); });
+    }
     if (hasOutputs_) {
         // Some managers arrange the outputs anew when they start.
         arrange(layout_);
     }
+}
+
+bool PrivateDesktop::isKWinComposing() {
+    ChildProcess question = start({"dbus-send", "--print-reply=literal", "--dest=org.kde.KWin", "/Compositor",
+                                   "org.freedesktop.DBus.Properties.Get", "string:org.kde.kwin.Compositing",
+                                   "string:active"});
+    question.waitForExit();
+    return question.output().contains("true");
 }
 
 void PrivateDesktop::killServer() {

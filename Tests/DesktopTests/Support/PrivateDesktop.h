@@ -85,6 +85,8 @@ public:
 private:
     void startBus();
     [[nodiscard]] bool startServer(const std::vector<std::string>& arguments);
+    // False, too, before it answers.
+    [[nodiscard]] bool isKWinComposing();
     void defineOutputs();
     void defineMonitors();
     void arrange(const std::vector<std::string>& layout);
