@@ -1,24 +1,19 @@
 #pragma once
 // Windows and applications through EWMH and ICCCM.
-// What is read of a window while one event is handled is read once and together, and the active window is
-// known before a key is pressed.
 
 #include "Karto/Platform/Accessibility.h"
 #include "Karto/Platform/InstalledApplications.h"
 #include "Karto/Platform/Scheduler.h"
-#include "Karto/Platform/WeakCallbacks.h"
 #include "Karto/Platform/X11/Server/Connection.h"
-#include "Karto/Platform/X11/Server/WindowFacts.h"
 #include "Karto/Platform/X11/Server/WindowManager.h"
 #include "Karto/Platform/X11/Windows/ApplicationFaces.h"
-#include "Karto/Platform/X11/Windows/Client.h"
 #include "Karto/Platform/X11/Windows/WindowPlacer.h"
+#include "Karto/Platform/X11/Windows/WindowReader.h"
 
 #include <sys/types.h>
 #include <xcb/xcb.h>
 
 #include <functional>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
@@ -71,63 +66,16 @@ public:
     Registration observeClosing(WindowHandle window, std::function<void()> onClosed) override;
 
 private:
-    // The active window, kept current by the events that tell of its changes: between a pressed key and the
-    // request to move it nothing needs to be asked.
-    struct Active {
-        xcb_window_t window = XCB_WINDOW_NONE;
-        // Whether `window` holds, NONE included.
-        bool isKnown = false;
-        // Absent from a change on until it is looked at again.
-        std::optional<WindowFacts> facts;
-        Registration events;
-        // The frame that has to be measured, if it has one such.
-        xcb_window_t frame = XCB_WINDOW_NONE;
-        Registration frameEvents;
-        Registration reading;
-    };
-
-    // The window that was active before none was.
-    struct Left {
-        xcb_window_t window = XCB_WINDOW_NONE;
-        Registration events;
-    };
-
-    void noteEvent(const xcb_generic_event_t& event);
-    void readActive();
-    void knowActive(const WindowFacts& facts);
-    // Where the keyboard follows the pointer, a window that a command moves away from the pointer loses it to
-    // none. It still is the one that a person means, as long as it is seen and nothing lies on it.
-    std::optional<xcb_window_t> leftWindow();
-    bool isSeen(const WindowFacts& facts);
-    // On the virtual desktop at hand.
-    bool isHere(const WindowFacts& facts);
-
-    std::optional<WindowFacts> facts(xcb_window_t window);
-    std::optional<WindowFacts> lastSeen(xcb_window_t window);
     void sendUnlessMoreFollows();
-    std::optional<xcb_window_t> activeWindow();
-    std::optional<std::uint32_t> currentDesktop();
-    // The windows that the manager lists under that name, except desktops and docks.
-    std::vector<Client> clients(xcb_atom_t list);
-    std::vector<Client> clientsOf(std::int32_t pid);
-    [[nodiscard]] bool isOrdinary(const WindowFacts& facts) const;
-    void remember(xcb_window_t window, const WindowFacts& facts);
 
     Connection& connection_;
     WindowManager& manager_;
-    Scheduler& scheduler_;
     SessionFacts session_;
     ApplicationFaces faces_;
     WindowPlacer placer_;
-    // What was read while the event at hand is handled.
-    std::map<xcb_window_t, WindowFacts> seen_;
-    std::optional<std::uint32_t> seenDesktop_;
-    Active active_;
-    Left left_;
+    WindowReader windows_;
     xcb_window_t lastRaised_ = XCB_WINDOW_NONE;
-    Registration events_;
     Registration turnEnds_;
-    WeakCallbacks callbacks_;
 };
 
 } // namespace karto::x11
