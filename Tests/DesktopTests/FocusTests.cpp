@@ -1,4 +1,7 @@
 #include "DesktopTest.h"
+#include "StageTest.h"
+
+#include "Karto/Platform/X11/Server/Activation.h"
 
 namespace karto::desktop {
 
@@ -39,6 +42,28 @@ TEST_F(FocusTest, aWindowThatLostTheFocusToNoneIsMovedAsLongAsItIsOnTop) {
     awaitAbove(moved, other);
     press("AE01", "moveToZone(1)");
     EXPECT_TRUE(takes(moved, zone::one));
+}
+
+class ActivationTest : public StageTest {};
+
+TEST_F(ActivationTest, aPersonWhoHasGoneBackIsLeftAlone) {
+    const Application before = Application::probe(desktop, "plain", "before", {.width = 300, .height = 200});
+    const Application late =
+        Application::probe(desktop, "plain", "late", {.x = 400, .width = 300, .height = 200});
+    before.activate();
+    x11::ToolkitActivation activation(*connection, server(), scheduler);
+    activation.activate(late.window());
+    require("the window",
+            [&] { return reaches([&] { return desktop.x().activeWindow() == late.window(); }); });
+    before.activate();
+    settle();
+    scheduler.advance(1s);
+    settle();
+    // What the manager does before the first answer it hears of itself before the second.
+    for (int i = 0; i < 2; ++i) {
+        require("the manager", [this] { return desktop.x().managerAnswers(patience); });
+    }
+    EXPECT_EQ(desktop.x().activeWindow(), before.window());
 }
 
 } // namespace karto::desktop

@@ -46,8 +46,11 @@ Application Application::clientDecorated(PrivateDesktop& desktop, const std::str
 
 void Application::activate() const {
     const XClient& x = desktop_.get().x();
-    x.activate(window_);
-    require(name_ + " to become active", [&] { return x.activeWindow() == window_; });
+    // A manager that has just lost another window may give the keyboard to the root after it was asked.
+    require(name_ + " to become active", [&] {
+        x.activate(window_);
+        return eventually([&] { return x.activeWindow() == window_; }, 1s);
+    });
 }
 
 ChildProcess startPanel(PrivateDesktop& desktop, const Rect& display, int height) {

@@ -53,17 +53,28 @@ void activate(Connection& connection, xcb_window_t window) {
 void ToolkitActivation::activate(xcb_window_t window) {
     const Reply<xcb_get_input_focus_reply_t> roundTrip(
         xcb_get_input_focus_reply(toolkit_, xcb_get_input_focus(toolkit_), nullptr));
+    asking_ = {.selection = connection_.select(window, XCB_EVENT_MASK_FOCUS_CHANGE),
+               .events = connection_.observe([this, window](const xcb_generic_event_t& event) {
+                   if (eventCode(event) == XCB_FOCUS_IN &&
+                       eventAs<xcb_focus_in_event_t>(event).event == window) {
+                       asking_ = {};
+                   }
+               }),
+               .again = {}};
     ask(window, activeWindow(connection_), attempts);
 }
 
 void ToolkitActivation::ask(xcb_window_t window, std::uint32_t activeBefore, int attemptsLeft) {
     x11::activate(connection_, window);
     if (attemptsLeft == 1 || window == activeBefore) {
+        asking_ = {};
         return;
     }
-    askingAgain_ = scheduler_.after(patience, callbacks_.wrap([=, this] {
+    asking_.again = scheduler_.after(patience, callbacks_.wrap([=, this] {
         if (activeWindow(connection_) == activeBefore) {
             ask(window, activeBefore, attemptsLeft - 1);
+        } else {
+            asking_ = {};
         }
     }));
 }

@@ -15,7 +15,7 @@ void activate(Connection& connection, xcb_window_t window);
 
 // The same for windows that the toolkit has just made or shown. A busy manager may take such a window in
 // behind the others after it has been asked: it is asked again as long as the window that was active before
-// still is.
+// still is and this one has not had the keyboard. A person who has gone back is left alone.
 class ToolkitActivation {
 public:
     // toolkit: the connection that the windows are made over. First the server carries out all that was asked
@@ -28,12 +28,18 @@ public:
     void activate(xcb_window_t window);
 
 private:
+    struct Asking {
+        Registration selection;
+        Registration events;
+        Registration again;
+    };
+
     void ask(xcb_window_t window, std::uint32_t activeBefore, int attemptsLeft);
 
     Connection& connection_;
     xcb_connection_t* toolkit_;
     Scheduler& scheduler_;
-    Registration askingAgain_;
+    Asking asking_;
     WeakCallbacks callbacks_;
 };
 
