@@ -71,8 +71,9 @@ TEST_P(CommandTest, tidyDealsTheWindowsOfOneDisplayOverItsZones) {
                                      [&](const auto& window) { return fits(window.frame(), place); });
     };
     const std::array<std::pair<Rect, int>, 3> dealt{{{zone::one, 2}, {zone::two, 1}, {zone::three, 1}}};
-    for (const auto& [place, count] : dealt) {
-        EXPECT_TRUE(eventually([&] { return windowsIn(place) == count; })) << windowsIn(place);
+    for (const auto& deal : dealt) {
+        EXPECT_TRUE(eventually([&] { return windowsIn(deal.first) == deal.second; }))
+            << windowsIn(deal.first);
     }
     EXPECT_EQ(elsewhere.frame(), untouched);
 }

@@ -7,7 +7,7 @@ namespace karto::desktop {
 using FrozenServerTest = StageTest;
 
 TEST_F(FrozenServerTest, nothingIsWaitedForBeyondItsBoundAndNothingIsLost) {
-    x11::ModifierEvents modifiers(*connection);
+    const x11::ModifierEvents modifiers(*connection);
     desktop.freezeServer();
     // More than the way to the server holds.
     for (int i = 0; i < 2000; ++i) {

@@ -70,7 +70,7 @@ std::string problem(std::chrono::milliseconds bound) {
 } // namespace
 
 TEST(Handshake, aServerThatDoesNotAnswerIsGivenUp) {
-    FakeServer server;
+    const FakeServer server;
     // Nobody takes the connections; the second and third find no room to wait.
     for (int i = 0; i < 3; ++i) {
         EXPECT_THAT(problem(20ms), HasSubstr("does not answer"));

@@ -48,10 +48,13 @@ CannedServer::CannedServer(Answer answer, std::uint16_t port)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     // A port that another test has comes free when that one ends.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    bool isBound = ::bind(listener_, plain(address), sizeof address) == 0;
+    const auto binds = [&] {
+        return listener_ >= 0 && ::bind(listener_, plain(address), sizeof address) == 0;
+    };
+    bool isBound = binds();
     while (!isBound && errno == EADDRINUSE && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));
-        isBound = ::bind(listener_, plain(address), sizeof address) == 0;
+        isBound = binds();
     }
     if (!isBound || ::listen(listener_, 8) != 0) {
         throw std::runtime_error("no server on this machine");

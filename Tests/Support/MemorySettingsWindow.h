@@ -32,7 +32,7 @@ public:
         };
     }
 
-    void close() {
+    void close() const {
         const auto willClose = events.willClose;
         willClose();
     }

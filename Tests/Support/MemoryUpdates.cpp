@@ -50,7 +50,7 @@ Registration ManualFetcher::fetch(const FetchRequest& request, FetchReport newRe
     return Registration([this] { report.reset(); });
 }
 
-void ManualFetcher::send(std::uint64_t offset, const std::string& bytes) {
+void ManualFetcher::send(std::uint64_t offset, const std::string& bytes) const {
     if (const auto now = report) {
         now->onBegin(offset);
     }
@@ -59,7 +59,7 @@ void ManualFetcher::send(std::uint64_t offset, const std::string& bytes) {
     }
 }
 
-void ManualFetcher::end(const std::optional<std::string>& problem) {
+void ManualFetcher::end(const std::optional<std::string>& problem) const {
     if (const auto now = report) {
         now->onEnd(problem);
     }
@@ -114,7 +114,7 @@ Registration ManualInstaller::install(const std::string& package,
     return Registration([this] { onEnd = nullptr; });
 }
 
-void ManualInstaller::end(InstallOutcome::Kind kind, const std::string& problem) {
+void ManualInstaller::end(InstallOutcome::Kind kind, const std::string& problem) const {
     if (const auto report = onEnd) {
         report({.kind = kind, .problem = problem});
     }

@@ -49,8 +49,8 @@ public:
     Registration fetch(const FetchRequest& request, FetchReport newReport) override;
 
     // These do nothing when no fetch goes on, or no more.
-    void send(std::uint64_t offset, const std::string& bytes);
-    void end(const std::optional<std::string>& problem = {});
+    void send(std::uint64_t offset, const std::string& bytes) const;
+    void end(const std::optional<std::string>& problem = {}) const;
     // A whole answer.
     void answer(const std::string& bytes);
 };
@@ -86,7 +86,7 @@ public:
 
     Registration install(const std::string& package, std::function<void(const InstallOutcome&)> end) override;
 
-    void end(InstallOutcome::Kind kind, const std::string& problem = {});
+    void end(InstallOutcome::Kind kind, const std::string& problem = {}) const;
 
     void showFile(const std::string& path) override { shown.push_back(path); }
 

@@ -113,6 +113,7 @@ std::vector<Subject> applications() {
 
 std::vector<Subject> subjects() {
     std::vector<Subject> result;
+    result.reserve(windowKinds.size());
     for (const WindowKind& kind : windowKinds) {
         result.push_back({.name = kind.name,
                           .open = [kind](PrivateDesktop& desktop) { return kind.open(desktop); },
@@ -198,7 +199,7 @@ protected:
     }
 
     // Something thick enough for a panel that lies in the middle of the display's edge.
-    std::optional<Rect> panelAt(Point edge) const {
+    [[nodiscard]] std::optional<Rect> panelAt(Point edge) const {
         constexpr double thinnest = 8;
         constexpr double thickest = 150;
         const auto found = desktop.x().outermostAt(edge);
@@ -229,7 +230,7 @@ protected:
     }
 
     // What the manager's panels leave of what is free without them, as a person sees it.
-    Rect freeOf(const Rect& display) const {
+    [[nodiscard]] Rect freeOf(const Rect& display) const {
         // Managers keep thin invisible windows at the very edge.
         constexpr double inward = 3;
         const Point middle = display.center();
@@ -405,14 +406,14 @@ TEST_P(ManagerMatrix, applicationsShareATidyDesktop) {
     Verdict worst = Verdict::off;
     const auto tidyUp = [&] {
         worst = Verdict::exact;
-        for (std::size_t i : {2U, 4U}) {
+        for (const std::size_t i : {2U, 4U}) {
             Rect is;
             const SizeHints hints = hintsOf(desktop.x(), windows[i].window());
             worst = std::max(worst, carryOut(moves[i], windows[i], hints, {}, is));
         }
         windows[0].activate();
         press("AD05", "tidy");
-        for (std::size_t i : {0U, 1U, 3U, 5U}) {
+        for (const std::size_t i : {0U, 1U, 3U, 5U}) {
             const SizeHints hints = hintsOf(desktop.x(), windows[i].window());
             const Rect is = restingFrame(windows[i]);
             const auto judgeIn = [&](std::size_t zone) { return judge(is, moves[zone].wanted, hints, {}); };
