@@ -287,9 +287,9 @@ void PrivateDesktop::startWindowManager(const std::string& name) {
 }
 
 bool PrivateDesktop::isKWinComposing() {
-    ChildProcess question = start({"dbus-send", "--print-reply=literal", "--dest=org.kde.KWin", "/Compositor",
-                                   "org.freedesktop.DBus.Properties.Get", "string:org.kde.kwin.Compositing",
-                                   "string:active"});
+    ChildProcess question =
+        start({"dbus-send", "--print-reply=literal", "--dest=org.kde.KWin", "/Compositor",
+               "org.freedesktop.DBus.Properties.Get", "string:org.kde.kwin.Compositing", "string:active"});
     question.waitForExit();
     return question.output().contains("true");
 }
