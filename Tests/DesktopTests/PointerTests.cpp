@@ -100,14 +100,11 @@ protected:
         settle();
     }
 
-    // A manager that has just started may have a window of its own under the pointer for a moment.
     void beginGesture() {
-        require("the press", [&] {
-            release();
-            moveTo(140, 130);
-            press();
-            return !events.empty() && events.back() == is(pressed, 100, 100);
-        });
+        moveTo(140, 130);
+        press();
+        ASSERT_FALSE(events.empty());
+        ASSERT_EQ(events.back(), is(pressed, 100, 100));
         events.clear();
     }
 
@@ -217,11 +214,7 @@ TEST_P(PointerOnManager, aGestureOfAWindowThatGoesAwayIsCancelled) {
         stage->present();
         settle();
         release();
-        const auto told = taken();
-        ASSERT_GE(told.size(), 2);
-        EXPECT_THAT(std::span(told).first(told.size() - 2),
-                    ::testing::Each(::testing::Field(&PointerEvent::action, dragged)));
-        EXPECT_THAT(std::span(told).last(2), ElementsAre(is(cancelled, 110, 100), is(left, 110, 100)));
+        EXPECT_THAT(taken(), ElementsAre(is(dragged, 110, 100), is(cancelled, 110, 100), is(left, 110, 100)));
     }
     window->setIgnoresMouse(false);
     stage->present();
@@ -233,7 +226,7 @@ TEST_P(PointerOnManager, aGestureOfAWindowThatGoesAwayIsCancelled) {
     moveTo(150, 130);
     moveTo(160, 130);
     release();
-    EXPECT_THAT(taken(), ElementsAre(::testing::Field(&PointerEvent::action, dragged)));
+    EXPECT_THAT(taken(), ElementsAre(is(dragged, 110, 100)));
 }
 
 INSTANTIATE_TEST_SUITE_P(On, PointerOnManager, onEveryManager, managerName);

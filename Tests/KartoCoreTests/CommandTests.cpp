@@ -35,8 +35,7 @@ TEST(CommandKey, vocabularyIsLettersThenNamedKeys) {
     std::string names;
     for (const std::string_view name : CommandKey::vocabulary) {
         names += std::string(name) + " ";
-        const auto key = CommandKey::named(name);
-        EXPECT_TRUE(key && key->name() == name) << name;
+        EXPECT_EQ(CommandKey::named(name)->name(), name);
     }
     EXPECT_EQ(names, "a b c d e f g h i j k l m n o p q r s t u v w x y z "
                      "left right up down space return tab escape ");

@@ -39,8 +39,8 @@ TEST_F(SignFeedTest, whatTheScriptSignsIsReadAndCheckedAndNothingElse) {
     auto line = readFile(folder.path() / "public");
     line.pop_back();
     const auto key = FeedKey::fromText(line);
-    EXPECT_TRUE(key) << line;
-    const auto feed = readUpdateFeed(readFile(folder.path() / "feed"), key.value_or(FeedKey{}));
+    ASSERT_TRUE(key) << line;
+    const auto feed = readUpdateFeed(readFile(folder.path() / "feed"), *key);
     ASSERT_TRUE(feed) << feed.error();
     EXPECT_EQ(feed->version, "1:2.0-1");
     EXPECT_EQ(feed->notes, "Say \"hyper\".\nBackslash \\ and '''.");

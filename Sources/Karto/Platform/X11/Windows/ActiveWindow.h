@@ -25,7 +25,7 @@ public:
     [[nodiscard]] xcb_window_t left() const { return left_.window; }
 
     // What the events tell of a window without asking; absent from a change that they do not tell in full
-    // until the window is read again, and for every window but the active one.
+    // until the window is read again, for every window but the active one, and while no event is handled.
     [[nodiscard]] std::optional<WindowFacts> known(xcb_window_t window) const;
     // Takes over what was read of a window, if it is the active one.
     void learn(xcb_window_t window, const WindowFacts& facts);
