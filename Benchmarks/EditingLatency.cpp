@@ -177,7 +177,7 @@ std::vector<Milliseconds> sweep(const Hand& hand, const Eye& eye, int from, int 
         if (sight == sights.end()) {
             throw std::runtime_error("the boundary did not follow the pointer");
         }
-        times.push_back(sight->time - moved[i]);
+        times.emplace_back(sight->time - moved[i]);
     }
     return times;
 }

@@ -62,6 +62,14 @@ LastStrokes lastOf(std::span<const Stroke> strokes, const Box& area) {
     return last;
 }
 
+// From the begin until that was painted, without which there is nothing to measure.
+Milliseconds until(const std::optional<Clock::time_point>& painted, Clock::time_point begin) {
+    if (!painted) {
+        throw std::runtime_error("nothing was painted");
+    }
+    return *painted - begin;
+}
+
 std::string middleAndEnds(std::vector<Milliseconds> times) {
     std::ranges::sort(times);
     return fmt::format("{:.1f} | {:.1f} | {:.1f}", times[times.size() / 2].count(),
@@ -81,8 +89,8 @@ public:
             const auto begin = settings_.open();
             const auto strokes = paintings_.untilQuietFor(quietTime);
             const auto last = lastOf(strokes, settings_.area());
-            windows.emplace_back(last.inside.value() - begin);
-            previews.emplace_back(last.outside.value() - begin);
+            windows.push_back(until(last.inside, begin));
+            previews.push_back(until(last.outside, begin));
             settings_.close();
         }
         const auto print = [](std::string_view what, std::vector<Milliseconds> all) {
@@ -113,8 +121,7 @@ public:
         std::ignore = paintings_.untilQuietFor(quietTime);
         const auto begin = settings_.showNextSection();
         const auto last = lastOf(paintings_.untilQuietFor(quietTime), settings_.area());
-        fmt::print("| layout section shown, {:.1f} ms | | | |\n",
-                   Milliseconds(last.inside.value() - begin).count());
+        fmt::print("| layout section shown, {:.1f} ms | | | |\n", until(last.inside, begin).count());
         const Box area = settings_.area();
         hand_.move(area.x + area.width * 2 / 3, area.y + area.height / 2);
         follow("wheel over the layout section", false,

@@ -135,7 +135,8 @@ std::optional<TreeZone> zone(Point point, const LayoutNode& root, const Size& di
 double position(Point point, const EditBoundary& boundary, const Size& displaySize) {
     const Stretch divided = along(boundary.axis, boundary.region);
     const double length = displayLength(boundary.axis, displaySize);
-    if (!(divided.extent > 0 && length > 0)) {
+    const bool hasExtent = divided.extent > 0 && length > 0;
+    if (!hasExtent) {
         return boundary.at;
     }
     return (coordinate(boundary.axis, point) / length - divided.start) / divided.extent;

@@ -13,6 +13,8 @@
 
 namespace karto {
 
+// The name is the one that the test library looks for, next to the type.
+// NOLINTNEXTLINE(misc-use-anonymous-namespace,readability-identifier-naming)
 static void PrintTo(const PointerEvent& event, std::ostream* out) {
     constexpr std::array names{"moved", "left", "pressed", "dragged", "released", "cancelled"};
     *out << names.at(std::size_t(event.action)) << ' ' << event.place.x << ',' << event.place.y << " with "
@@ -27,7 +29,6 @@ namespace {
 
 using enum PointerAction;
 using ::testing::ElementsAre;
-using ::testing::IsEmpty;
 
 constexpr PointerEvent is(PointerAction action, double x, double y, std::uint32_t held = 0) {
     return {.action = action, .place = {.x = x, .y = y}, .held = {.bits = held}};

@@ -1,6 +1,7 @@
 #include "DesktopTest.h"
 #include "Support/TrayHost.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -15,7 +16,6 @@ namespace karto::desktop {
 using ::testing::ElementsAre;
 using ::testing::IsEmpty;
 using ::testing::Not;
-using ::testing::StartsWith;
 
 namespace {
 
@@ -24,8 +24,8 @@ std::vector<std::string> shown(const std::vector<BusMenuLine>& menu) {
     std::vector<std::string> lines;
     for (const auto& line : menu) {
         std::string text = line.toggle < 0 ? line.label : (line.toggle > 0 ? "[x] " : "[ ] ") + line.label;
-        text = line.isEnabled ? text : "(" + text + ")";
-        lines.push_back(line.shortcut.empty() ? text : text + " " + line.shortcut);
+        text = line.isEnabled ? text : fmt::format("({})", text);
+        lines.push_back(line.shortcut.empty() ? text : fmt::format("{} {}", text, line.shortcut));
     }
     return lines;
 }
@@ -38,7 +38,7 @@ public:
         sockaddr_un address{.sun_family = AF_UNIX, .sun_path = {}};
         std::strncpy(address.sun_path, path.c_str(), sizeof(address.sun_path) - 1);
         // NOLINTNEXTLINE(cppcoreguidelines-pro-type-reinterpret-cast)
-        if (bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
+        if (socket_ < 0 || bind(socket_, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) != 0 ||
             listen(socket_, 16) != 0) {
             throw std::runtime_error("no socket for a silent bus");
         }
@@ -173,7 +173,7 @@ TEST_F(TrayTest, anIconThatItsTrayLetsGoIsDockedOnceItTakesIconsAgain) {
 }
 
 TEST_F(TrayTest, aTrayOnTheBusIsPreferred) {
-    ChildProcess trayer = startTrayer();
+    const ChildProcess trayer = startTrayer();
     startKarto();
     ASSERT_TRUE(eventually([this] { return docked().size() == 1; }));
     TrayHost tray(busAddress());
@@ -184,7 +184,7 @@ TEST_F(TrayTest, aTrayOnTheBusIsPreferred) {
 TEST_F(TrayTest, aBusThatNeverAnswersHoldsNothingUp) {
     const auto path = desktop.home() / "bus";
     const SilentBus bus(path);
-    ChildProcess trayer = startTrayer();
+    const ChildProcess trayer = startTrayer();
     launchKarto({{"DBUS_SESSION_BUS_ADDRESS", "unix:path=" + path.string()}});
     karto->waitForBanner();
     expectService();

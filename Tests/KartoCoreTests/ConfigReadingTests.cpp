@@ -2,6 +2,7 @@
 
 #include "Support/Trees.h"
 
+#include <fmt/format.h>
 #include <gtest/gtest.h>
 
 #include <array>
@@ -140,8 +141,8 @@ TEST(ConfigReading, noNameOrOtherTextIsLongerThanAllowed) {
         {studio + "[overlay]\ncolor='", "'", "overlay.color"},
     };
     for (const auto& [before, after, place] : table) {
-        EXPECT_EQ(failureOf(before + longest + after), "");
-        EXPECT_EQ(failureOf(before + longest + "x" + after),
+        EXPECT_EQ(failureOf(fmt::format("{}{}{}", before, longest, after)), "");
+        EXPECT_EQ(failureOf(fmt::format("{}{}x{}", before, longest, after)),
                   "the text is longer than 4096 bytes at " + place);
     }
 }

@@ -24,7 +24,9 @@ std::string problem(const std::expected<void, std::string>& outcome) {
 struct AutostartTest : ::testing::Test {
     AutostartTest() { writeFile(program, ""); }
 
-    std::filesystem::path entry() const { return folder.path() / "config/autostart/karto.desktop"; }
+    [[nodiscard]] std::filesystem::path entry() const {
+        return folder.path() / "config/autostart/karto.desktop";
+    }
 
     void writeEntry(const std::string& text) const {
         std::filesystem::create_directories(entry().parent_path());
@@ -40,7 +42,7 @@ struct AutostartTest : ::testing::Test {
     }
 
     TemporaryFolder folder;
-    std::string program = folder.path() / "100% \"my\" `$HOME` \\n karto";
+    std::string program = folder.path() / R"(100% "my" `$HOME` \n karto)";
     PosixFileSystem files;
 };
 

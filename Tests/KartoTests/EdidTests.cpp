@@ -107,6 +107,7 @@ TEST(DisplayNames, differWhateverMonitorsAreCalled) {
 RC_GTEST_PROP(DisplayNames, belongToOneMonitorInWhateverOrderTheyAreListed, ()) {
     std::vector<MonitorLabels> monitors;
     const auto count = *rc::gen::inRange(0, 7);
+    monitors.reserve(std::size_t(count));
     for (int i = 0; i < count; ++i) {
         monitors.push_back(piece("DP-" + std::to_string(i), *rc::gen::inRange(0U, 3U),
                                  *rc::gen::element<std::string>("", "a"),

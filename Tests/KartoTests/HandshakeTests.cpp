@@ -47,6 +47,9 @@ public:
     void answer(std::string_view bytes, bool hangsUp) {
         thread_ = std::jthread([this, bytes, hangsUp] {
             Descriptor client(accept(listener_.number(), nullptr, nullptr));
+            if (client.number() < 0) {
+                return;
+            }
             std::array<char, 12> request{};
             recv(client.number(), request.data(), request.size(), MSG_WAITALL);
             send(client.number(), bytes.data(), bytes.size(), MSG_NOSIGNAL);

@@ -10,6 +10,7 @@
 #include "Support/MemoryStatusItem.h"
 #include "Support/Trees.h"
 
+#include <fmt/format.h>
 #include <gmock/gmock.h>
 
 #include <optional>
@@ -24,15 +25,16 @@ using ::testing::ElementsAre;
 // for a separator, the key equivalent at the end.
 std::vector<std::string> shown(const Menu& menu) {
     std::vector<std::string> lines;
+    lines.reserve(menu.size());
     for (const auto& item : menu) {
         std::string line = item.isSeparator ? "--" : item.text;
         if (item.isChecked) {
-            line = (*item.isChecked ? "[x] " : "[ ] ") + line;
+            line.insert(0, *item.isChecked ? "[x] " : "[ ] ");
         }
         if (!item.isEnabled) {
-            line = "(" + line + ")";
+            line = fmt::format("({})", line);
         }
-        lines.push_back(item.keyEquivalent.empty() ? line : line + " ^" + item.keyEquivalent);
+        lines.push_back(item.keyEquivalent.empty() ? line : fmt::format("{} ^{}", line, item.keyEquivalent));
     }
     return lines;
 }
@@ -45,6 +47,7 @@ struct MenuBarControllerTest : ::testing::Test {
 
     void connect(const std::vector<std::string>& names) {
         std::vector<Screen> screens;
+        screens.reserve(names.size());
         for (const auto& name : names) {
             screens.push_back(screen(name, rectAt(0, 0, 800, 600)));
         }
@@ -56,7 +59,7 @@ struct MenuBarControllerTest : ::testing::Test {
     }
 
     // What is told above the actions.
-    std::vector<std::string> status() {
+    [[nodiscard]] std::vector<std::string> status() const {
         auto lines = shown(item.menu());
         lines.erase(std::ranges::find(lines, "--"), lines.end());
         return lines;

@@ -127,6 +127,8 @@ RC_GTEST_PROP(PaintPlan, theOpaqueAreaIsWhereATileIsAtLeastHalfOpaque, ()) {
     RC_ASSERT(actual == wanted);
 }
 
+namespace {
+
 // Some tiles of one picture in another one, in its order: changed, moved, gone, and new ones among them.
 Picture changed(const Picture& picture) {
     Picture result;
@@ -143,6 +145,8 @@ Picture changed(const Picture& picture) {
     }
     return result;
 }
+
+} // namespace
 
 RC_GTEST_PROP(PictureDamage, repaintingTheDamageTurnsOnePictureIntoTheOther, ()) {
     const auto before = anyPicture();

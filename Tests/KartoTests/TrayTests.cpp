@@ -60,7 +60,7 @@ Menu lines(const std::vector<std::string>& texts) {
 }
 
 int alphaAt(const Image& image, int x, int y) {
-    return int(image.pixels.at(std::size_t(y * image.width + x)) >> 24U);
+    return int(image.pixels.at((std::size_t(y) * std::size_t(image.width)) + std::size_t(x)) >> 24U);
 }
 
 } // namespace

@@ -40,6 +40,9 @@ std::string readHead(int connection) {
 CannedServer::CannedServer(Answer answer, std::uint16_t port)
     : answer_(std::move(answer))
     , listener_(::socket(AF_INET, SOCK_STREAM | SOCK_CLOEXEC, 0)) {
+    if (listener_ < 0) {
+        throw std::runtime_error("no socket on this machine");
+    }
     const int yes = 1;
     ::setsockopt(listener_, SOL_SOCKET, SO_REUSEADDR, &yes, sizeof yes);
     sockaddr_in address{};
@@ -48,9 +51,7 @@ CannedServer::CannedServer(Answer answer, std::uint16_t port)
     address.sin_addr.s_addr = htonl(INADDR_LOOPBACK);
     // A port that another test has comes free when that one ends.
     const auto deadline = std::chrono::steady_clock::now() + std::chrono::seconds(60);
-    const auto binds = [&] {
-        return listener_ >= 0 && ::bind(listener_, plain(address), sizeof address) == 0;
-    };
+    const auto binds = [&] { return ::bind(listener_, plain(address), sizeof address) == 0; };
     bool isBound = binds();
     while (!isBound && errno == EADDRINUSE && std::chrono::steady_clock::now() < deadline) {
         std::this_thread::sleep_for(std::chrono::milliseconds(20));

@@ -65,7 +65,7 @@ void ManualFetcher::end(const std::optional<std::string>& problem) const {
     }
 }
 
-void ManualFetcher::answer(const std::string& bytes) {
+void ManualFetcher::answer(const std::string& bytes) const {
     send(0, bytes);
     end();
 }

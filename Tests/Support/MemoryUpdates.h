@@ -52,7 +52,7 @@ public:
     void send(std::uint64_t offset, const std::string& bytes) const;
     void end(const std::optional<std::string>& problem = {}) const;
     // A whole answer.
-    void answer(const std::string& bytes);
+    void answer(const std::string& bytes) const;
 };
 
 class MemoryUpdateStore final : public UpdateStore {

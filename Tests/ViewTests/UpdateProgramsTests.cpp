@@ -52,7 +52,7 @@ class PackageInstallerTest : public ::testing::Test {
 protected:
     PackageInstallerTest() { qputenv("PATH", folder.path().c_str()); }
 
-    ~PackageInstallerTest() override { qputenv("PATH", path); }
+    void TearDown() override { qputenv("PATH", path); }
 
     InstallOutcome install(const std::optional<std::string>& script) {
         if (script) {
@@ -82,7 +82,7 @@ TEST(FetchProgram, fetchesFromTheOffsetOrFromTheStart) {
     const std::string body = std::string(200'000, 'x') + "end";
     bool goesOn = true;
     std::string head;
-    CannedServer server([&](const std::string& request) {
+    const CannedServer server([&](const std::string& request) {
         head = request;
         if (!goesOn || !request.contains("Range: bytes=200000-")) {
             return okAnswer(body);
@@ -113,7 +113,7 @@ TEST(FetchProgram, whatTheServerDoesWrongIsSaidInWords) {
     };
 
     Case now;
-    CannedServer server([&](const std::string& /*head*/) { return now.answer; });
+    const CannedServer server([&](const std::string& /*head*/) { return now.answer; });
     const auto redirection = [](const std::string& to) {
         return Case{.answer = "HTTP/1.1 302 Found\r\nLocation: " + to + "\r\nContent-Length: 0\r\n\r\n",
                     .problem = "the server points to another address, which is not followed"};
@@ -157,7 +157,7 @@ TEST(FetchProgram, aServerThatVouchesForItselfIsRefused) {
 TEST(FetchProgram, whatCannotBeReachedIsSaidInWords) {
     std::string nowhere;
     {
-        CannedServer server([](const std::string& /*head*/) { return ""; });
+        const CannedServer server([](const std::string& /*head*/) { return ""; });
         nowhere = server.authority();
     }
     EXPECT_EQ(Fetched("http://" + nowhere + "/", 0).problem, "the server refuses connections");
@@ -165,7 +165,7 @@ TEST(FetchProgram, whatCannotBeReachedIsSaidInWords) {
 }
 
 TEST(FetchProgram, anEndlessAnswerEndsWithTheRegistration) {
-    CannedServer server([](const std::string& /*head*/) {
+    const CannedServer server([](const std::string& /*head*/) {
         return "HTTP/1.1 200 OK\r\n\r\n" + std::string(std::size_t{64} << 20U, 'x');
     });
     QEventLoop loop;

@@ -31,13 +31,13 @@ std::optional<EditingGesture::Intent> EditingGesture::take(const PointerEvent& e
     switch (event.action) {
     case PointerAction::moved: break;
     case PointerAction::left: pointer_.reset(); break;
-    case PointerAction::pressed: press(); break;
+    case PointerAction::pressed: press(event.place); break;
     case PointerAction::dragged:
-        intent =
-            drag((event.held.bits & ModifierBits::option) != 0 ? Snapping::Mode::off : Snapping::Mode::on);
+        intent = drag(event.place, (event.held.bits & ModifierBits::option) != 0 ? Snapping::Mode::off
+                                                                                 : Snapping::Mode::on);
         break;
     case PointerAction::released:
-        intent = intentOfRelease();
+        intent = intentOfRelease(event.place);
         phase_ = Hovering();
         break;
     case PointerAction::cancelled:
@@ -50,39 +50,39 @@ std::optional<EditingGesture::Intent> EditingGesture::take(const PointerEvent& e
     return intent;
 }
 
-void EditingGesture::press() {
-    phase_ = Pressed{.start = *pointer_};
-    const auto zone = zoneWithButtonsAt(*pointer_);
-    const auto button = zone ? ZoneButtons::at(*pointer_, zone->rect, space_) : std::nullopt;
-    if (button) {
+void EditingGesture::press(Point pointer) {
+    phase_ = Pressed{.start = pointer};
+    const auto zone = zoneWithButtonsAt(pointer);
+    const auto button = zone ? ZoneButtons::at(pointer, zone->rect, space_) : std::nullopt;
+    if (root_ && button) {
         phase_ = ZoneButtons::isEnabled(*button, zone->path, *root_)
                      ? Phase(OnButton{.zone = *zone, .button = *button})
                      : DoingNothing();
     }
 }
 
-std::optional<EditingGesture::Intent> EditingGesture::drag(Snapping::Mode snapping) {
+std::optional<EditingGesture::Intent> EditingGesture::drag(Point pointer, Snapping::Mode snapping) {
     if (const auto* press = std::get_if<Pressed>(&phase_);
-        press != nullptr && distance(press->start) >= leastDrag) {
+        press != nullptr && distance(press->start, pointer) >= leastDrag) {
         phase_ = phaseOfDragFrom(press->start);
     }
     const auto* drag = std::get_if<DraggingBoundary>(&phase_);
     const auto boundary = drag != nullptr ? boundaryOf(*drag) : std::nullopt;
-    if (!boundary) {
+    if (!root_ || !boundary) {
         return std::nullopt;
     }
     const auto size = space_.displaySize();
-    const double wanted = ZoneEditing::position(space_.points(*pointer_), *boundary, size);
+    const double wanted = ZoneEditing::position(space_.points(pointer), *boundary, size);
     return ZoneEdits::DragBoundary{.path = boundary->path,
                                    .to = ZoneEditing::settle(wanted, *boundary, *root_, size, snapping)};
 }
 
-std::optional<EditingGesture::Intent> EditingGesture::intentOfRelease() const {
+std::optional<EditingGesture::Intent> EditingGesture::intentOfRelease(Point pointer) const {
     if (const auto* press = std::get_if<Pressed>(&phase_)) {
         return Tap{.at = press->start};
     }
     if (const auto* drag = std::get_if<DraggingElsewhere>(&phase_);
-        drag != nullptr && distance(drag->start) <= mostTremble) {
+        drag != nullptr && distance(drag->start, pointer) <= mostTremble) {
         return Tap{.at = drag->start};
     }
     if (const auto* press = std::get_if<OnButton>(&phase_); press != nullptr && isOnItsButton(*press)) {
@@ -98,7 +98,7 @@ std::optional<EditingGesture::Intent> EditingGesture::commitment() const {
 }
 
 void EditingGesture::rested() {
-    if (awaitsRest()) {
+    if (view_ && awaitsRest()) {
         view_->showsHelp = true;
     }
 }
@@ -107,8 +107,8 @@ bool EditingGesture::awaitsRest() const {
     return !isUnderWay() && view_ && view_->pointedAt && !view_->showsHelp;
 }
 
-double EditingGesture::distance(Point start) const {
-    return std::hypot(pointer_->x - start.x, pointer_->y - start.y) / space_.scale;
+double EditingGesture::distance(Point from, Point to) const {
+    return std::hypot(to.x - from.x, to.y - from.y) / space_.scale;
 }
 
 std::optional<EditBoundary> EditingGesture::boundaryAt(Point point) const {
@@ -154,24 +154,26 @@ void EditingGesture::checkAgainstTree() {
 }
 
 void EditingGesture::update() {
-    auto before = std::exchange(view_, std::nullopt);
+    const auto before = std::exchange(view_, std::nullopt);
     cursorAxis_.reset();
     if (!root_) {
         return;
     }
-    view_.emplace().root = *root_;
-    updateBoundaries();
-    updateButtons();
+    ZoneEditingView view;
+    view.root = *root_;
+    showBoundaries(view);
+    showButtons(view);
     // Help stays until the pointer leaves its button.
-    view_->showsHelp = before && before->showsHelp && !isUnderWay() && view_->pointedAt &&
-                       view_->pointedAt == before->pointedAt && view_->buttonsFor == before->buttonsFor;
+    view.showsHelp = before && before->showsHelp && !isUnderWay() && view.pointedAt &&
+                     view.pointedAt == before->pointedAt && view.buttonsFor == before->buttonsFor;
+    view_ = std::move(view);
 }
 
-void EditingGesture::updateBoundaries() {
+void EditingGesture::showBoundaries(ZoneEditingView& view) {
     if (const auto* drag = std::get_if<DraggingBoundary>(&phase_)) {
         if (boundaryOf(*drag)) {
-            view_->dragging = view_->hot = drag->path;
-            view_->pointer = pointer_;
+            view.dragging = view.hot = drag->path;
+            view.pointer = pointer_;
             cursorAxis_ = drag->axis;
         }
         return;
@@ -180,18 +182,18 @@ void EditingGesture::updateBoundaries() {
     if (!hot) {
         return;
     }
-    view_->hot = hot->path;
+    view.hot = hot->path;
     if (std::holds_alternative<Hovering>(phase_) || std::holds_alternative<Pressed>(phase_)) {
         cursorAxis_ = hot->axis;
     }
 }
 
-void EditingGesture::updateButtons() {
+void EditingGesture::showButtons(ZoneEditingView& view) const {
     if (const auto* press = std::get_if<OnButton>(&phase_)) {
-        view_->buttonsFor = press->zone.path;
+        view.buttonsFor = press->zone.path;
         if (isOnItsButton(*press)) {
-            view_->pointedAt = press->button;
-            view_->isPressed = true;
+            view.pointedAt = press->button;
+            view.isPressed = true;
         }
         return;
     }
@@ -199,9 +201,9 @@ void EditingGesture::updateButtons() {
         return;
     }
     if (const auto zone = zoneWithButtonsAt(*pointer_)) {
-        view_->buttonsFor = zone->path;
+        view.buttonsFor = zone->path;
         if (!std::holds_alternative<DraggingElsewhere>(phase_)) {
-            view_->pointedAt = ZoneButtons::at(*pointer_, zone->rect, space_);
+            view.pointedAt = ZoneButtons::at(*pointer_, zone->rect, space_);
         }
     }
 }

@@ -80,13 +80,13 @@ private:
     using Phase =
         std::variant<Hovering, Pressed, DraggingBoundary, DraggingElsewhere, OnButton, DoingNothing>;
 
-    void press();
-    std::optional<Intent> drag(Snapping::Mode snapping);
-    [[nodiscard]] std::optional<Intent> intentOfRelease() const;
+    void press(Point pointer);
+    std::optional<Intent> drag(Point pointer, Snapping::Mode snapping);
+    [[nodiscard]] std::optional<Intent> intentOfRelease(Point pointer) const;
     [[nodiscard]] std::optional<Intent> commitment() const;
 
-    // From the pointer, in points.
-    [[nodiscard]] double distance(Point start) const;
+    // In points.
+    [[nodiscard]] double distance(Point from, Point to) const;
     [[nodiscard]] std::optional<EditBoundary> boundaryAt(Point point) const;
     [[nodiscard]] std::optional<EditBoundary> boundaryOf(const DraggingBoundary& drag) const;
     // The zone under a point if it has buttons.
@@ -96,8 +96,8 @@ private:
 
     void checkAgainstTree();
     void update();
-    void updateBoundaries();
-    void updateButtons();
+    void showBoundaries(ZoneEditingView& view);
+    void showButtons(ZoneEditingView& view) const;
 
     std::optional<LayoutNode> root_;
     EditingSpace space_;

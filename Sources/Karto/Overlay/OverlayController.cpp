@@ -293,6 +293,7 @@ std::optional<ZoneEditingModel> OverlayController::editing(const DisplayInfo& di
 
 void OverlayController::endGestures() {
     // Whoever is asked may make other windows.
+    // NOLINTNEXTLINE(modernize-loop-convert)
     for (std::size_t index = 0; index < overlayWindows_.size(); ++index) {
         overlayWindows_[index]->endGesture();
     }

@@ -13,6 +13,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <iterator>
 #include <vector>
 
 namespace karto {
@@ -88,7 +89,10 @@ void ZoneEditingPainter::paintStrips(Picture& picture, const ZoneEditingView& vi
     const auto hotStrip = fill(color(style_.accent, hotStripOpacity));
     auto boundaries = ZoneEditing::boundaries(view.root, NormRect::full());
     // Where strips cross, they would be brighter; the marked one is whole.
-    std::ranges::stable_partition(boundaries, [&](const auto& each) { return each.path == view.hot; });
+    const auto hot = std::ranges::find(boundaries, view.hot, &EditBoundary::path);
+    if (hot != boundaries.end()) {
+        std::rotate(boundaries.begin(), hot, std::next(hot));
+    }
     std::vector<PixelRect> painted;
     for (const auto& boundary : boundaries) {
         const auto whole = space.pixels(ZoneEditing::grabStrip(boundary, space.displaySize()));
@@ -135,7 +139,7 @@ void ZoneEditingPainter::paintReadout(Picture& picture, const ZoneEditingView& v
 void ZoneEditingPainter::paintButtons(Picture& picture, const ZoneEditingView& view,
                                       const EditingSpace& space) {
     const auto zone = view.zoneWithButtons();
-    if (!zone) {
+    if (!view.buttonsFor || !zone) {
         return;
     }
     for (const auto button : ZoneButtons::all) {
@@ -152,7 +156,10 @@ void ZoneEditingPainter::paintButtons(Picture& picture, const ZoneEditingView& v
         picture.tiles.push_back({.image = image, .area = ZoneButtons::area(button, *zone, space)});
     }
     if (view.showsHelp && view.pointedAt) {
-        paintHelp(picture, view, *zone, space);
+        const auto button = *view.pointedAt;
+        const auto text =
+            ZoneButtons::helpText(button, ZoneButtons::isEnabled(button, *view.buttonsFor, view.root));
+        paintHelp(picture, text, ZoneButtons::area(button, *zone, space), space);
     }
 }
 
@@ -182,11 +189,9 @@ std::shared_ptr<const Image> ZoneEditingPainter::paintButton(ZoneButton button, 
     return shared(style_.isTranslucent ? image : solid(image, shape));
 }
 
-void ZoneEditingPainter::paintHelp(Picture& picture, const ZoneEditingView& view, const NormRect& zone,
+void ZoneEditingPainter::paintHelp(Picture& picture, std::string_view text, const PixelRect& button,
                                    const EditingSpace& space) {
     const auto scaled = [&](double points) { return nearestPixel(points * style_.scale); };
-    const auto text = ZoneButtons::helpText(
-        *view.pointedAt, ZoneButtons::isEnabled(*view.pointedAt, *view.buttonsFor, view.root));
     auto& image = helps_[std::string(text)];
     if (!image) {
         image = shared(label(QString::fromUtf8(text.data(), static_cast<qsizetype>(text.size())),
@@ -197,7 +202,6 @@ void ZoneEditingPainter::paintHelp(Picture& picture, const ZoneEditingView& view
                               .opacity = helpOpacity,
                               .isTranslucent = style_.isTranslucent}));
     }
-    const auto button = ZoneButtons::area(*view.pointedAt, zone, space);
     const int margin = scaled(helpMargin);
     const int mostX = static_cast<int>(space.extent.width) - image->width - margin;
     const int below = button.y + button.height + scaled(helpDistance);

@@ -15,6 +15,7 @@
 #include <memory>
 #include <optional>
 #include <string>
+#include <string_view>
 #include <utility>
 
 namespace karto {
@@ -60,7 +61,7 @@ private:
     void paintReadout(Picture& picture, const ZoneEditingView& view, const EditingSpace& space);
     void paintButtons(Picture& picture, const ZoneEditingView& view, const EditingSpace& space);
     [[nodiscard]] std::shared_ptr<const Image> paintButton(ZoneButton button, ButtonState state) const;
-    void paintHelp(Picture& picture, const ZoneEditingView& view, const NormRect& zone,
+    void paintHelp(Picture& picture, std::string_view text, const PixelRect& button,
                    const EditingSpace& space);
 
     StageStyle style_;

@@ -180,7 +180,7 @@ int main(int argumentCount, char** arguments) {
     QtDesktopTheme theme(bus);
     x11::OverlayStage stage(*connection, windowManager, modifierEvents, theme, scheduler);
 
-    testing::FixedConfig saved;
+    const testing::FixedConfig saved;
     testing::MemoryCheckLog log;
     DisplayRegistry displays(screens);
     OverlayPainter painter;

@@ -11,6 +11,7 @@
 #include <fmt/format.h>
 #include <fmt/ranges.h>
 
+#include <array>
 #include <csignal>
 #include <cstdio>
 #include <span>
@@ -143,10 +144,12 @@ private:
             keys.chord("AE05");
             return eventually([&] { return fits(window.frame(), zone::five); }, 300ms);
         });
-        const std::vector<std::pair<std::string, Rect>> commands{
-            {"AE02", zone::two},  {"UP", zone::rightOfStudio}, {"RGHT", zone::three},
-            {"RGHT", zone::four}, {"AC04", zone::tower},       {"AE01", zone::one}};
-        for (const auto& [key, frame] : commands) {
+        constexpr std::array commands{std::pair{"AE02", zone::two},   std::pair{"UP", zone::rightOfStudio},
+                                      std::pair{"RGHT", zone::three}, std::pair{"RGHT", zone::four},
+                                      std::pair{"AC04", zone::tower}, std::pair{"AE01", zone::one}};
+        for (const auto& command : commands) {
+            const auto& key = command.first;
+            const Rect frame = command.second;
             keys.chord(key);
             if (!eventually([&] { return fits(window.frame(), frame); }, 5s)) {
                 const Rect is = window.frame();

@@ -1,5 +1,6 @@
 #include "Support/TrayHost.h"
 
+#include <array>
 #include <cstdarg>
 #include <string_view>
 
@@ -73,12 +74,12 @@ struct TrayHost::Calls {
         return 0;
     }
 
-    inline static const sd_bus_vtable table[] = {
+    inline static const auto table = std::to_array<sd_bus_vtable>({
         SD_BUS_VTABLE_START(0),
         SD_BUS_METHOD("RegisterStatusNotifierItem", "s", "", registerItem, SD_BUS_VTABLE_UNPRIVILEGED),
         SD_BUS_PROPERTY("IsStatusNotifierHostRegistered", "b", isRegistered, 0, 0),
         SD_BUS_VTABLE_END,
-    };
+    });
 };
 
 TrayHost::TrayHost(const std::string& busAddress) {
@@ -88,8 +89,9 @@ TrayHost::TrayHost(const std::string& busAddress) {
     sd_bus_set_address(bus, busAddress.c_str());
     sd_bus_set_bus_client(bus, 1);
     check(sd_bus_start(bus), "connecting");
-    check(sd_bus_add_object_vtable(bus, nullptr, "/StatusNotifierWatcher", watcher, Calls::table, this),
-          "exporting");
+    check(
+        sd_bus_add_object_vtable(bus, nullptr, "/StatusNotifierWatcher", watcher, Calls::table.data(), this),
+        "exporting");
     sd_bus_match_signal(bus, nullptr, nullptr, menuPath, menuInterface, "LayoutUpdated", Calls::layoutUpdated,
                         this);
     check(sd_bus_request_name(bus, watcher, 0), "taking the name");

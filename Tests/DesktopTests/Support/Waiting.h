@@ -15,7 +15,7 @@ using namespace std::chrono_literals;
 inline constexpr std::chrono::milliseconds patience = 30s;
 
 template<typename Condition>
-bool eventually(Condition condition, std::chrono::milliseconds timeout = patience) {
+bool eventually(const Condition& condition, std::chrono::milliseconds timeout = patience) {
     const auto deadline = std::chrono::steady_clock::now() + timeout;
     while (!condition()) {
         if (std::chrono::steady_clock::now() > deadline) {
@@ -28,7 +28,7 @@ bool eventually(Condition condition, std::chrono::milliseconds timeout = patienc
 
 // What a test cannot do without: its absence ends the test.
 template<typename Condition>
-void require(const std::string& what, Condition condition) {
+void require(const std::string& what, const Condition& condition) {
     if (!eventually(condition)) {
         throw std::runtime_error("waited in vain: " + what);
     }

@@ -27,8 +27,8 @@ constexpr QSize firstSize{760, 620};
 // hears of it may delete the window.
 class Frame final : public QWidget, public Spoken {
 public:
-    explicit Frame(const SettingsWindow::Events& events)
-        : events_(events) {}
+    explicit Frame(SettingsWindow::Events events)
+        : events_(std::move(events)) {}
 
     [[nodiscard]] QAccessible::Role spokenRole() const override { return QAccessible::Window; }
 

@@ -237,7 +237,7 @@ void RingOrderView::move(int from, int to) {
         return;
     }
     const auto rows = shown_;
-    const auto moved = rows[static_cast<std::size_t>(from)];
+    const auto& moved = rows[static_cast<std::size_t>(from)];
     model_.edit([&](LayoutEditor& editor) { moveRow(rows, from, to, editor); });
     const auto now = std::ranges::find_if(shown_, [&](const RingOrderRow& row) {
         return row.path == moved.path && row.display == moved.display && row.orientation == moved.orientation;

@@ -3,6 +3,7 @@
 #include "Karto/Platform/Linux/CurrentDesktop.h"
 
 #include <algorithm>
+#include <array>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -34,9 +35,9 @@ public:
     ~PropertyWriter() { sd_bus_message_close_container(reply_); }
 
     template<typename... Values>
-    void write(std::string_view name, const char* type, Values... values) {
+    void write(const char* name, const char* type, Values... values) {
         if (wanted_.empty() || std::ranges::find(wanted_, name) != wanted_.end()) {
-            sd_bus_message_append(reply_, propertiesType, name.data(), type, values...);
+            sd_bus_message_append(reply_, propertiesType, name, type, values...);
         }
     }
 
@@ -234,7 +235,7 @@ struct BusMenu::Calls {
         return sd_bus_message_append(reply, "as", 0);
     }
 
-    inline static const sd_bus_vtable table[] = {
+    inline static const auto table = std::to_array<sd_bus_vtable>({
         SD_BUS_VTABLE_START(0),
         SD_BUS_METHOD("GetLayout", "iias", "u(ia{sv}av)", getLayout, 0),
         SD_BUS_METHOD("GetGroupProperties", "aias", "a(ia{sv})", getGroupProperties, 0),
@@ -250,7 +251,7 @@ struct BusMenu::Calls {
         SD_BUS_SIGNAL("ItemsPropertiesUpdated", "a(ia{sv})a(ias)", 0),
         SD_BUS_SIGNAL("ItemActivationRequested", "iu", 0),
         SD_BUS_VTABLE_END,
-    };
+    });
 };
 
 BusMenu::KeyNames BusMenu::keyNamesOfSession() {
@@ -266,7 +267,7 @@ BusMenu::BusMenu(SessionBus& bus, Scheduler& scheduler, StatusItem::MakeMenu mak
     , scheduler_(scheduler)
     , makeMenu_(std::move(makeMenu)) {
     sd_bus_slot* slot = nullptr;
-    sd_bus_add_object_vtable(bus_.get(), &slot, path, interface, Calls::table, this);
+    sd_bus_add_object_vtable(bus_.get(), &slot, path, interface, Calls::table.data(), this);
     object_.reset(slot);
 }
 

@@ -112,7 +112,7 @@ struct NotifierItem::Calls {
         return sd_bus_reply_method_return(call, "");
     }
 
-    inline static const sd_bus_vtable table[] = {
+    inline static const auto table = std::to_array<sd_bus_vtable>({
         SD_BUS_VTABLE_START(0),
         SD_BUS_PROPERTY("Category", "s", text, 0, SD_BUS_VTABLE_PROPERTY_CONST),
         SD_BUS_PROPERTY("Id", "s", text, 0, SD_BUS_VTABLE_PROPERTY_CONST),
@@ -142,7 +142,7 @@ struct NotifierItem::Calls {
         SD_BUS_SIGNAL("NewToolTip", "", 0),
         SD_BUS_SIGNAL("NewStatus", "s", 0),
         SD_BUS_VTABLE_END,
-    };
+    });
 };
 
 NotifierItem::NotifierItem(SessionBus& bus, const char* menuPath, std::function<void()> onActivate)
@@ -150,7 +150,7 @@ NotifierItem::NotifierItem(SessionBus& bus, const char* menuPath, std::function<
     , menuPath_(menuPath)
     , onActivate_(std::move(onActivate)) {
     sd_bus_slot* slot = nullptr;
-    sd_bus_add_object_vtable(bus_.get(), &slot, path, interface, Calls::table, this);
+    sd_bus_add_object_vtable(bus_.get(), &slot, path, interface, Calls::table.data(), this);
     object_.reset(slot);
 }
 
