@@ -18,7 +18,7 @@ elif [[ $# -gt 0 ]]; then
     sources=("$@")
 else
     # Only what the development build compiles; headers are seen through the files that include them.
-    mapfile -t sources < <(git ls-files -- 'Sources/*.cpp' 'Tests/*.cpp' 'Showcase/*.cpp')
+    mapfile -t sources < <(git ls-files -- 'Sources/*.cpp' 'Tests/*.cpp' 'Showcase/*.cpp' 'Benchmarks/*.cpp')
 fi
 if [[ ${#sources[@]} -gt 0 ]]; then
     say "Linting ${#sources[@]} files"

@@ -51,12 +51,12 @@ std::array<Shape, 3> zonesOf(int side) {
     const double bottom = top + 2 * zone + gap;
     const double radius = cornerRadius * scale;
     const Shape left{.top = top, .right = zone, .bottom = bottom, .radius = radius, .opacity = leftOpacity};
-    Shape upper{.left = zone + gap,
-                .top = top,
-                .right = double(side),
-                .bottom = top + zone,
-                .radius = radius,
-                .opacity = rightOpacity};
+    const Shape upper{.left = zone + gap,
+                      .top = top,
+                      .right = double(side),
+                      .bottom = top + zone,
+                      .radius = radius,
+                      .opacity = rightOpacity};
     Shape lower = upper;
     lower.top = top + zone + gap;
     lower.bottom = bottom;

@@ -50,6 +50,7 @@ std::vector<LayoutWarning> LayoutCheck::warnings(const KartoConfig& config,
         }
     }
     std::vector<LayoutWarning> warnings;
+    warnings.reserve(absent.size());
     for (const auto& [key, name] : absent) {
         warnings.emplace_back(DisplayNotConnected{.name = std::string(name), .orientation = key.second});
     }

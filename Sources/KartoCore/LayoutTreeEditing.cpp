@@ -24,10 +24,8 @@ bool canSplit(const NodePath& path, const LayoutNode& root) {
 }
 
 LayoutNode split(const NodePath& path, Axis axis, const LayoutNode& root) {
-    if (!canSplit(path, root)) {
-        return root;
-    }
-    return root.replacing(path, Split{.axis = axis, .at = 0.5, .first = *root.node(path), .second = {}});
+    const auto zone = canSplit(path, root) ? root.node(path) : std::nullopt;
+    return zone ? root.replacing(path, Split{.axis = axis, .at = 0.5, .first = *zone, .second = {}}) : root;
 }
 
 bool canRemoveZone(const NodePath& path, const LayoutNode& root) {
@@ -35,12 +33,13 @@ bool canRemoveZone(const NodePath& path, const LayoutNode& root) {
 }
 
 std::optional<LayoutNode> removeZone(const NodePath& path, const LayoutNode& root) {
-    if (!canRemoveZone(path, root)) {
+    const auto parent = path.parent();
+    if (!parent || !canRemoveZone(path, root)) {
         return std::nullopt;
     }
-    const NodePath parent = *path.parent();
     const Branch sibling = path.branches.back() == Branch::first ? Branch::second : Branch::first;
-    return root.replacing(parent, *root.node(parent.appending(sibling)));
+    const auto remaining = root.node(parent->appending(sibling));
+    return remaining ? std::optional(root.replacing(*parent, *remaining)) : std::nullopt;
 }
 
 LayoutNode moveBoundary(const NodePath& path, double at, const LayoutNode& root) {

@@ -41,8 +41,10 @@ std::optional<std::size_t> firstNonText(std::string_view bytes) {
 
 std::string composed(std::string_view text) {
     utf8proc_uint8_t* bytes = nullptr;
-    const auto length = utf8proc_map(asUtf8(text), static_cast<utf8proc_ssize_t>(text.size()), &bytes,
-                                     static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE));
+    // NOLINTNEXTLINE(clang-analyzer-optin.core.EnumCastOutOfRange)
+    const auto options = static_cast<utf8proc_option_t>(UTF8PROC_STABLE | UTF8PROC_COMPOSE);
+    const auto length =
+        utf8proc_map(asUtf8(text), static_cast<utf8proc_ssize_t>(text.size()), &bytes, options);
     const std::unique_ptr<utf8proc_uint8_t, decltype(&std::free)> owner(bytes, &std::free);
     return length < 0 ? std::string(text) : std::string(bytes, bytes + length);
 }

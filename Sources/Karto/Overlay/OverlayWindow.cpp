@@ -55,7 +55,7 @@ void OverlayWindow::setView(OverlayContentView view, const std::optional<ZoneEdi
     view_ = std::move(view);
     style_ = style;
     if (!showGesture() && !isPainted) {
-        paint();
+        paint(style);
     }
 }
 
@@ -122,14 +122,14 @@ bool OverlayWindow::showGesture() {
                                                          }
                                                      })
                                   : Registration();
-    if (view_.editing == gesture_.view()) {
+    if (!style_ || view_.editing == gesture_.view()) {
         return false;
     }
     view_.editing = gesture_.view();
-    paint();
+    paint(*style_);
     return true;
 }
 
-void OverlayWindow::paint() { window_->setPicture(paint_(view_, *style_)); }
+void OverlayWindow::paint(const StageStyle& style) { window_->setPicture(paint_(view_, style)); }
 
 } // namespace karto

@@ -56,7 +56,7 @@ private:
     void tap(Point position) const;
     // Whether there was something new to show.
     bool showGesture();
-    void paint();
+    void paint(const StageStyle& style);
 
     OverlayStage& stage_;
     Scheduler& scheduler_;

@@ -12,7 +12,7 @@ TrayItem::TrayItem(Tray& preferred, Tray& fallback, Scheduler& scheduler)
 Registration TrayItem::install(DrawIcon drawIcon, MakeMenu makeMenu) {
     content_ = {.drawIcon = std::move(drawIcon), .makeMenu = std::move(makeMenu), .face = {}};
     presenceChanges_ = preferred_.observePresence(callbacks_.wrap([this] { choose(); }));
-    show();
+    show(*content_);
     choose();
     return Registration(callbacks_.wrap([this] { remove(); }));
 }
@@ -28,7 +28,7 @@ void TrayItem::remove() {
 void TrayItem::setFace(const StatusItemFace& face) {
     if (content_ && face != content_->face) {
         content_->face = face;
-        show();
+        show(*content_);
     }
 }
 
@@ -46,10 +46,10 @@ bool TrayItem::isShown() const {
                         (usesFallback_ && fallback_.presence() == Tray::Presence::present));
 }
 
-void TrayItem::show() {
-    preferred_.show(*content_);
+void TrayItem::show(const StatusItemContent& content) {
+    preferred_.show(content);
     if (usesFallback_) {
-        fallback_.show(*content_);
+        fallback_.show(content);
     }
 }
 
@@ -70,10 +70,10 @@ void TrayItem::setFallback(bool isUsed) {
         return;
     }
     usesFallback_ = isUsed;
-    if (isUsed) {
-        fallback_.show(*content_);
-    } else {
+    if (!isUsed) {
         fallback_.hide();
+    } else if (content_) {
+        fallback_.show(*content_);
     }
 }
 

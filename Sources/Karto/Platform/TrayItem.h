@@ -26,7 +26,7 @@ public:
 
 private:
     void remove();
-    void show();
+    void show(const StatusItemContent& content);
     void choose();
     void setFallback(bool isUsed);
 

@@ -35,7 +35,7 @@ Registration HotKeyCenter::installHandler(std::function<void(std::uint32_t id)> 
 std::expected<Registration, HotKeyRefused> HotKeyCenter::registerHotKey(const HotKey& hotKey) {
     const auto grab = grabFor(hotKey);
     // A server that did not answer for one shortcut is not waited for again for each of the others.
-    if (!grab || claimingAgain_ || !claim(*grab)) {
+    if (!keyboard_ || !grab || claimingAgain_ || !claim(*grab)) {
         return std::unexpected(HotKeyRefused());
     }
     guard_.cover(keyboard_->map, grab->modifiers);

@@ -33,11 +33,8 @@ ModifierKeyGuard::ModifierKeyGuard(Connection& connection, Scheduler& scheduler)
     }
     root_ = connection_.select(connection_.root(), XCB_EVENT_MASK_PROPERTY_CHANGE);
     events_ = connection_.observe(callbacks_.wrap([this](const xcb_generic_event_t& event) {
-        const bool isNewManager =
-            eventCode(event) == XCB_PROPERTY_NOTIFY &&
-            eventAs<xcb_property_notify_event_t>(event).window == connection_.root() &&
-            eventAs<xcb_property_notify_event_t>(event).atom == connection_.atoms().netSupportingWmCheck;
-        if (isNewManager) {
+        // A new manager may claim other keys.
+        if (changesProperty(event, connection_.root(), {connection_.atoms().netSupportingWmCheck})) {
             renew();
         }
     }));

@@ -63,13 +63,8 @@ bool WindowManager::concernsManager(const xcb_generic_event_t& event) const {
     if (eventCode(event) == XCB_DESTROY_NOTIFY) {
         return eventAs<xcb_destroy_notify_event_t>(event).window == checkWindow_;
     }
-    if (eventCode(event) != XCB_PROPERTY_NOTIFY) {
-        return false;
-    }
-    const auto& change = eventAs<xcb_property_notify_event_t>(event);
     const auto& atoms = connection_.atoms();
-    return change.window == connection_.root() &&
-           (change.atom == atoms.netSupportingWmCheck || change.atom == atoms.netSupported);
+    return changesProperty(event, connection_.root(), {atoms.netSupportingWmCheck, atoms.netSupported});
 }
 
 void WindowManager::refresh() {

@@ -40,12 +40,7 @@ Cursors::Cursors(Connection& connection, std::function<void()> onChange)
     : connection_(connection)
     , rootEvents_(connection.select(connection.root(), XCB_EVENT_MASK_PROPERTY_CHANGE))
     , events_(connection.observe([this, onChange = std::move(onChange)](const xcb_generic_event_t& event) {
-        if (eventCode(event) != XCB_PROPERTY_NOTIFY) {
-            return;
-        }
-        const auto& change = eventAs<xcb_property_notify_event_t>(event);
-        if (change.window == connection_.root() && change.atom == XCB_ATOM_RESOURCE_MANAGER &&
-            !known_.empty()) {
+        if (!known_.empty() && changesProperty(event, connection_.root(), {XCB_ATOM_RESOURCE_MANAGER})) {
             clear();
             onChange();
         }

@@ -58,7 +58,8 @@ std::optional<Point> MouseTaker::pointer() {
             track_.learn(*answer);
         }
     }
-    return track_.whereabouts() ? track_.whereabouts()->place : std::nullopt;
+    const auto known = track_.whereabouts();
+    return known ? known->place : std::nullopt;
 }
 
 std::optional<PointerTrack::Whereabouts> MouseTaker::ask() const {

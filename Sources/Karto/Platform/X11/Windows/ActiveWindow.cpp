@@ -90,15 +90,12 @@ void ActiveWindow::readFacts() {
 }
 
 void ActiveWindow::noteEvent(const xcb_generic_event_t& event) {
-    const auto subject = subjectOf(event);
-    if (!subject) {
+    if (changesProperty(event, connection_.root(), {connection_.atoms().netActiveWindow})) {
+        read();
         return;
     }
-    const bool isActiveChange =
-        subject == connection_.root() && eventCode(event) == XCB_PROPERTY_NOTIFY &&
-        eventAs<xcb_property_notify_event_t>(event).atom == connection_.atoms().netActiveWindow;
-    if (isActiveChange) {
-        read();
+    const auto subject = subjectOf(event);
+    if (!subject) {
         return;
     }
     // Another window may come under its number, of which nothing has been selected.

@@ -28,11 +28,7 @@ Registration ApplicationActivity::observe(std::function<void(bool)> onChange) {
 }
 
 void ApplicationActivity::note(const xcb_generic_event_t& event) {
-    if (eventCode(event) != XCB_PROPERTY_NOTIFY) {
-        return;
-    }
-    const auto& news = eventAs<xcb_property_notify_event_t>(event);
-    if (news.window != connection_.root() || news.atom != connection_.atoms().netActiveWindow) {
+    if (!changesProperty(event, connection_.root(), {connection_.atoms().netActiveWindow})) {
         return;
     }
     if (readActive()) {

@@ -39,13 +39,9 @@ bool concernsFrame(const xcb_generic_event_t& event, xcb_window_t window, const 
     switch (eventCode(event)) {
     case XCB_CONFIGURE_NOTIFY: return eventAs<xcb_configure_notify_event_t>(event).window == window;
     case XCB_DESTROY_NOTIFY: return eventAs<xcb_destroy_notify_event_t>(event).window == window;
-    case XCB_PROPERTY_NOTIFY: {
-        const auto& change = eventAs<xcb_property_notify_event_t>(event);
-        return change.window == window &&
-               (change.atom == atoms.netFrameExtents || change.atom == atoms.gtkFrameExtents ||
-                change.atom == atoms.netWmState);
-    }
-    default: return false;
+    default:
+        return changesProperty(event, window,
+                               {atoms.netFrameExtents, atoms.gtkFrameExtents, atoms.netWmState});
     }
 }
 
