@@ -33,8 +33,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const auto current = applied(keys);
     require(current.has_value() == keys.has_value());
     require(renames(current).empty() && applied(current) == current);
-    for (const Rename& one : renames(keys)) {
-        rename(*keys, one);
+    const auto changes = renames(keys);
+    require(changes.empty() || keys.has_value());
+    if (keys) {
+        for (const Rename& one : changes) {
+            rename(*keys, one);
+        }
     }
     require(keys == current);
     return 0;

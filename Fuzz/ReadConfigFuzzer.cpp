@@ -51,6 +51,7 @@ void askEverything(const KartoConfig& config) {
         require(config.hotkeys || !config.hasCommandKeyOverride(command));
     }
     std::vector<DisplayInfo> displays;
+    displays.reserve(config.displays.size());
     for (const DisplayLayout& layout : config.displays) {
         displays.push_back({.name = layout.name, .frame = {.x = 0, .y = 0, .width = 1920, .height = 1080}});
     }

@@ -14,7 +14,7 @@
 namespace karto {
 
 // The name is the one that the test library looks for, next to the type.
-// NOLINTNEXTLINE(misc-use-anonymous-namespace,readability-identifier-naming)
+// NOLINTNEXTLINE(misc-use-anonymous-namespace)
 static void PrintTo(const PointerEvent& event, std::ostream* out) {
     constexpr std::array names{"moved", "left", "pressed", "dragged", "released", "cancelled"};
     *out << names.at(std::size_t(event.action)) << ' ' << event.place.x << ',' << event.place.y << " with "
